@@ -1,0 +1,280 @@
+#include "grammar/GrammarDefinition.h"
+
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "grammar/SyntaxGraph.h"
+
+namespace vellum {
+
+using syntax::Fragment;
+using syntax::isBlank;
+using syntax::isNameChar;
+
+// Reads a grammar text: productions `NAME = PATTERN .`, ended by `#NAME` or by a full stop where
+// a production would begin.
+class GrammarTextCompiler {
+  public:
+    GrammarTextCompiler(std::string_view text, GrammarDefinition& out)
+        : text_(text), out_(out), build_(out.nodes_) {}
+
+    bool run() {
+        int lastDefined = -1;
+        for (;;) {
+            skipBlanks();
+            const char c = current();
+            if (c == '#') {
+                ++at_;
+                const auto n = name();
+                if (!n)
+                    return false;
+                out_.start_ = symbol(*n);
+                break;
+            }
+            if (c == '.') {
+                out_.start_ = lastDefined;
+                break;
+            }
+            const auto n = name();
+            if (!n)
+                return false;
+            lastDefined = symbol(*n);
+            if (!expect('='))
+                return false;
+            const auto pattern = alternatives();
+            if (!pattern || !expect('.'))
+                return false;
+            out_.productions_[static_cast<std::size_t>(lastDefined)].graph = pattern->first;
+        }
+        if (out_.start_ < 0)
+            return false;
+        for (const Production& p : out_.productions_) {
+            if (p.graph < 0)
+                return false;
+        }
+        return true;
+    }
+
+  private:
+    char current() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+    void skipBlanks() {
+        while (isBlank(current()))
+            ++at_;
+    }
+    bool expect(char c) {
+        skipBlanks();
+        if (current() != c)
+            return false;
+        ++at_;
+        return true;
+    }
+
+    std::optional<std::string> name() {
+        skipBlanks();
+        std::string n;
+        while (isNameChar(current())) {
+            if (n.size() == kMaxTokenText)
+                return std::nullopt;
+            n.push_back(current());
+            ++at_;
+        }
+        if (n.empty())
+            return std::nullopt;
+        return n;
+    }
+
+    int symbol(const std::string& n) {
+        const auto it = byName_.find(n);
+        if (it != byName_.end())
+            return it->second;
+        out_.productions_.push_back(Production{n, -1});
+        const int index = static_cast<int>(out_.productions_.size()) - 1;
+        byName_.emplace(n, index);
+        return index;
+    }
+
+    std::optional<Fragment> alternatives() {
+        auto result = sequence();
+        if (!result)
+            return std::nullopt;
+        for (;;) {
+            skipBlanks();
+            if (current() != '|')
+                return result;
+            ++at_;
+            auto next = sequence();
+            if (!next)
+                return std::nullopt;
+            result = build_.alternatives(std::move(*result), std::move(*next));
+        }
+    }
+
+    static bool startsFurtherElement(char c) {
+        return (c >= 'A' && c <= 'Z') || c == '"' || c == '(' || c == '[' || c == '{' || c == '<' ||
+               c == '$';
+    }
+
+    std::optional<Fragment> sequence() {
+        auto result = element();
+        if (!result)
+            return std::nullopt;
+        for (;;) {
+            skipBlanks();
+            if (!startsFurtherElement(current()))
+                return result;
+            auto next = element();
+            if (!next)
+                return std::nullopt;
+            result = build_.sequence(std::move(*result), std::move(*next));
+        }
+    }
+
+    std::optional<Fragment> group(char close) {
+        ++at_;
+        auto inner = alternatives();
+        if (!inner || !expect(close))
+            return std::nullopt;
+        return inner;
+    }
+
+    std::optional<Fragment> element() {
+        skipBlanks();
+        const char c = current();
+        if (isNameChar(c)) {
+            const auto n = name();
+            if (!n)
+                return std::nullopt;
+            GrammarNode node;
+            node.kind = GrammarNodeKind::Nonterminal;
+            node.production = symbol(*n);
+            return build_.single(std::move(node));
+        }
+        switch (c) {
+            case '$':
+                return token();
+            case '"':
+                return literal();
+            case '<':
+                return action();
+            case '(':
+                return group(')');
+            case '[': {
+                auto inner = group(']');
+                if (!inner)
+                    return std::nullopt;
+                return build_.optional(std::move(*inner), GrammarNode{});
+            }
+            case '{': {
+                auto inner = group('}');
+                if (!inner)
+                    return std::nullopt;
+                return build_.repetition(std::move(*inner), GrammarNode{});
+            }
+            default:
+                return std::nullopt;
+        }
+    }
+
+    std::optional<Fragment> token() {
+        ++at_;
+        std::string n;
+        while (isNameChar(current())) {
+            if (n.size() == kMaxTokenText)
+                return std::nullopt;
+            n.push_back(current());
+            ++at_;
+        }
+        if (n.empty())
+            return std::nullopt;
+        GrammarNode node;
+        node.kind = GrammarNodeKind::Token;
+        node.token = out_.tokens_ ? out_.tokens_->find(n) : -1;
+        node.text = std::move(n);
+        return build_.single(std::move(node));
+    }
+
+    std::optional<Fragment> literal() {
+        ++at_;
+        GrammarNode node;
+        node.kind = GrammarNodeKind::Literal;
+        for (;;) {
+            if (at_ >= text_.size())
+                return std::nullopt;
+            const char c = text_[at_++];
+            if (c == '"') {
+                // A doubled quote stands for a quote inside the literal.
+                if (current() != '"')
+                    break;
+                ++at_;
+            }
+            if (node.text.size() == kMaxTokenText)
+                return std::nullopt;
+            node.text.push_back(c);
+        }
+        return build_.single(std::move(node));
+    }
+
+    std::optional<Fragment> action() {
+        ++at_;
+        std::string digits;
+        while (current() != '>') {
+            if (at_ >= text_.size() || digits.size() == kMaxTokenText)
+                return std::nullopt;
+            digits.push_back(current());
+            ++at_;
+        }
+        ++at_;
+        GrammarNode node;
+        node.kind = GrammarNodeKind::Action;
+        const long value = std::strtol(digits.c_str(), nullptr, 10);
+        node.action = static_cast<int>(value > 2147483647L    ? 2147483647L
+                                       : value < -2147483647L ? -2147483647L
+                                                              : value);
+        return build_.single(std::move(node));
+    }
+
+    std::string_view text_;
+    std::size_t at_ = 0;
+    GrammarDefinition& out_;
+    syntax::Builder<GrammarNode> build_;
+    std::unordered_map<std::string, int> byName_;
+};
+
+std::shared_ptr<const GrammarDefinition> GrammarDefinition::compileUncached(
+    std::string_view grammar, std::string_view tokens) {
+    auto result = std::make_shared<GrammarDefinition>();
+    result->tokens_ = TokenDefinitions::compileUncached(tokens);
+    GrammarTextCompiler compiler(grammar, *result);
+    result->ok_ = compiler.run();
+    return result;
+}
+
+std::shared_ptr<const GrammarDefinition> GrammarDefinition::compile(std::string_view grammar,
+                                                                    std::string_view tokens) {
+    static std::mutex mutex;
+    static std::map<std::pair<std::string, std::string>, std::shared_ptr<const GrammarDefinition>>
+        cache;
+    constexpr std::size_t kCacheLimit = 64;
+    auto key = std::make_pair(std::string(grammar), std::string(tokens));
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        const auto it = cache.find(key);
+        if (it != cache.end())
+            return it->second;
+    }
+    auto result = std::make_shared<GrammarDefinition>();
+    result->tokens_ = TokenDefinitions::compile(tokens);
+    GrammarTextCompiler compiler(grammar, *result);
+    result->ok_ = compiler.run();
+    std::lock_guard<std::mutex> lock(mutex);
+    if (cache.size() >= kCacheLimit)
+        cache.clear();
+    cache.emplace(std::move(key), result);
+    return result;
+}
+
+}  // namespace vellum

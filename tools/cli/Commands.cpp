@@ -1,0 +1,19 @@
+#include "tools/cli/Commands.h"
+
+#include <iostream>
+
+namespace vellum::cli {
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> table = {};
+    return table;
+}
+
+int usageError(const Command& command, const std::string& problem) {
+    if (!problem.empty())
+        std::cerr << "vellum-cli " << command.name << ": " << problem << "\n";
+    std::cerr << "usage: vellum-cli " << command.name << " " << command.usage << "\n";
+    return kExitUsage;
+}
+
+}  // namespace vellum::cli

@@ -1,0 +1,29 @@
+// The subcommands of vellum-cli. Each takes the arguments after its own name and returns the
+// program's exit status: 0 success, 1 failure of the work itself, 2 usage error (the command
+// writes its usage message to standard error).
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vellum::cli {
+
+using Arguments = std::vector<std::string>;
+
+struct Command {
+    const char* name;
+    const char* usage;  // the arguments, as shown by `vellum-cli --help`
+    int (*run)(const Arguments& arguments);
+};
+
+// Every subcommand, in the order the help lists them.
+const std::vector<Command>& commands();
+
+// Writes "usage: vellum-cli NAME USAGE" to standard error and returns 2.
+int usageError(const Command& command, const std::string& problem = {});
+
+constexpr int kExitOk = 0;
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+}  // namespace vellum::cli

@@ -1,0 +1,48 @@
+// vellum-cli: Vellum without a display. Dispatches to one subcommand; the console log goes to
+// standard output.
+#include <iostream>
+#include <string>
+
+#include "tools/cli/Commands.h"
+
+namespace {
+
+constexpr const char* kVersion = "Vellum v2 r5";
+
+void printUsage(std::ostream& out) {
+    out << "usage: vellum-cli COMMAND [ARGUMENTS]\n"
+        << "       vellum-cli --version | --help\n";
+    const auto& table = vellum::cli::commands();
+    if (table.empty())
+        return;
+    out << "commands:\n";
+    for (const auto& command : table) {
+        out << "  " << command.name << " " << command.usage << "\n";
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace vellum::cli;
+    if (argc < 2) {
+        printUsage(std::cerr);
+        return kExitUsage;
+    }
+    const std::string name = argv[1];
+    if (name == "--version") {
+        std::cout << kVersion << "\n";
+        return kExitOk;
+    }
+    if (name == "--help" || name == "-h") {
+        printUsage(std::cout);
+        return kExitOk;
+    }
+    for (const auto& command : commands()) {
+        if (name == command.name)
+            return command.run(Arguments(argv + 2, argv + argc));
+    }
+    std::cerr << "vellum-cli: unknown command '" << name << "'\n";
+    printUsage(std::cerr);
+    return kExitUsage;
+}
