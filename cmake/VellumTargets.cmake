@@ -15,6 +15,14 @@ elseif(NOT VELLUM_SANITIZE STREQUAL "")
     message(FATAL_ERROR "VELLUM_SANITIZE must be empty, 'address' or 'thread'")
 endif()
 
+# Fuzzing: every library carries libFuzzer's coverage instrumentation and the sanitizers that
+# turn a bug into a finding; the fuzz targets themselves link libFuzzer (fuzz/CMakeLists.txt).
+if(VELLUM_BUILD_FUZZ)
+    target_compile_options(vellum_build_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+        -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(vellum_build_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined)
+endif()
+
 # vellum_library(NAME SOURCES...): a shared core library. Shared, so that plug-ins loaded at run
 # time use the very same graph and rule types (and vtables) as the program that loads them.
 function(vellum_library name)
@@ -45,6 +53,8 @@ function(vellum_test name)
     add_executable(${name} ${T_SOURCES})
     target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gtest_main GTest::gmock
         Vellum::build_flags)
+    # A list of labels must reach the test properties as one value.
+    string(REPLACE ";" "\\;" labels "${T_LABELS}")
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-        PROPERTIES LABELS "${T_LABELS}" TIMEOUT 300)
+        PROPERTIES LABELS "${labels}" TIMEOUT 300)
 endfunction()

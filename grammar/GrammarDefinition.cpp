@@ -134,8 +134,12 @@ class GrammarTextCompiler {
     }
 
     std::optional<Fragment> group(char close) {
+        if (nesting_ == syntax::kMaxGroupNesting)
+            return std::nullopt;
         ++at_;
+        ++nesting_;
         auto inner = alternatives();
+        --nesting_;
         if (!inner || !expect(close))
             return std::nullopt;
         return inner;
@@ -239,6 +243,7 @@ class GrammarTextCompiler {
 
     std::string_view text_;
     std::size_t at_ = 0;
+    int nesting_ = 0;  // open groups around the current element
     GrammarDefinition& out_;
     syntax::Builder<GrammarNode> build_;
     std::unordered_map<std::string, int> byName_;

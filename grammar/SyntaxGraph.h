@@ -66,6 +66,10 @@ class Builder {
     std::vector<Node>& nodes_;
 };
 
+// Deepest nesting of ( ), [ ] and { } that the compilers accept. The program's own texts nest a
+// few levels; the bound keeps a malformed text from exhausting the stack of the recursive descent.
+constexpr int kMaxGroupNesting = 256;
+
 // The characters that separate elements in both notations.
 inline bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';

@@ -153,8 +153,12 @@ class TokenTextCompiler {
     }
 
     std::optional<Fragment> group(char close) {
+        if (nesting_ == syntax::kMaxGroupNesting)
+            return std::nullopt;
         ++at_;
+        ++nesting_;
         auto inner = alternatives();
+        --nesting_;
         if (!inner || !expect(close))
             return std::nullopt;
         return inner;
@@ -232,6 +236,7 @@ class TokenTextCompiler {
 
     std::string_view text_;
     std::size_t at_ = 0;
+    int nesting_ = 0;  // open groups around the current element
     TokenDefinitions& out_;
     syntax::Builder<PatternNode> build_;
 };

@@ -179,15 +179,14 @@ int TokenScanner::expectDefinition(int definition) {
         }
         if (code != wanted || code == -1)
             break;
+        // The token is taken and recorded whatever the hook says; its result only tells the
+        // grammar whether the token counts as matched.
         source_->seek(end);
         const int accepted = onToken(code);
-        if (accepted != 0) {
-            history_.push_front(TokenRecord{text_, code});
-            if (history_.size() > kHistoryDepth)
-                history_.pop_back();
-            return accepted;
-        }
-        break;
+        history_.push_front(TokenRecord{text_, code});
+        if (history_.size() > kHistoryDepth)
+            history_.pop_back();
+        return accepted;
     }
     source_->seek(remembered);
     return 0;

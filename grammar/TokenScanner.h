@@ -31,7 +31,8 @@ class TokenScanner {
     TokenScanner(const TokenScanner&) = delete;
     TokenScanner& operator=(const TokenScanner&) = delete;
 
-    // Called for every accepted token; a nonzero result accepts it. The default returns the code.
+    // Called for every token that expectToken() takes; a nonzero result makes it count as
+    // matched. The default returns the code.
     virtual int onToken(int code) { return code; }
 
     // Compiles (or takes from the cache) a token-definition text. False when it is malformed.
@@ -53,8 +54,9 @@ class TokenScanner {
     int nextToken();
     const std::string& text() const { return text_; }
 
-    // Accepts the next token when it is the named one (compared by code; tokens of code 0 are
-    // skipped); returns the value of onToken(), or 0 with the position unchanged.
+    // Takes the next token when it is the named one (compared by code; tokens of code 0 are
+    // skipped): the position moves after it, it is added to the history and the value of
+    // onToken() is returned. Otherwise 0 with the position unchanged.
     int expectToken(std::string_view name);
     // The same for a definition index (as resolved by the grammar compiler); -1 never matches.
     int expectDefinition(int definition);

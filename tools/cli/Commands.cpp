@@ -5,7 +5,11 @@
 namespace vellum::cli {
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> table = {};
+    static const std::vector<Command> table = {
+        {"eval", "EXPR [NAME=VALUE ...]", runEval},
+        {"check", "FILE...", runCheck},
+        {"convert", "IN OUT", runConvert},
+    };
     return table;
 }
 

@@ -22,6 +22,13 @@ const std::vector<Command>& commands();
 // Writes "usage: vellum-cli NAME USAGE" to standard error and returns 2.
 int usageError(const Command& command, const std::string& problem = {});
 
+// `eval EXPR [NAME=VALUE ...]`: evaluates an expression with the given bindings.
+int runEval(const Arguments& arguments);
+// `check FILE...`: reads each file and prints a summary line per file read.
+int runCheck(const Arguments& arguments);
+// `convert IN OUT`: reads IN and writes it to OUT in the format of OUT's extension.
+int runConvert(const Arguments& arguments);
+
 constexpr int kExitOk = 0;
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;

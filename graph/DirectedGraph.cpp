@@ -1,0 +1,250 @@
+#include "graph/DirectedGraph.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace vellum {
+namespace {
+
+// Hands an element that a list owned back to a unique_ptr, which destroys it.
+template <typename T>
+void destroy(T& object) {
+    std::unique_ptr<T> owned(&object);
+}
+
+template <typename T, typename Tag>
+const IntrusiveList<T, Tag>& emptyList() {
+    static const IntrusiveList<T, Tag> none;
+    return none;
+}
+
+}  // namespace
+
+DirectedGraph::DirectedGraph() = default;
+
+DirectedGraph::~DirectedGraph() {
+    clear();
+}
+
+const std::string& DirectedGraph::className() const {
+    static const std::string name = "DirectedGraph";
+    return name;
+}
+
+bool DirectedGraph::contains(const GraphObject& object) const {
+    return object.inGraph() && object.label_->index == &labels_;
+}
+
+DirectedGraphVertex* DirectedGraph::createVertex() {
+    std::unique_ptr<DirectedGraphVertex> vertex(new DirectedGraphVertex(labels_.emptyLabel()));
+    vertices_.pushBack(*vertex);
+    labels_.enter(*vertex);
+    return vertex.release();
+}
+
+DirectedGraphEdge* DirectedGraph::createEdge(DirectedGraphVertex* source,
+                                             DirectedGraphVertex* target) {
+    if (source == nullptr || target == nullptr || !contains(*source) || !contains(*target))
+        return nullptr;
+    std::unique_ptr<DirectedGraphEdge> edge(
+        new DirectedGraphEdge(labels_.emptyLabel(), *source, *target));
+    edges_.pushBack(*edge);
+    source->outgoing_.pushBack(*edge);
+    target->incoming_.pushBack(*edge);
+    labels_.enter(*edge);
+    return edge.release();
+}
+
+void DirectedGraph::unlinkVertex(DirectedGraphVertex& vertex) {
+    if (vertexCursor_ == &vertex)
+        vertexCursor_ = vertices_.after(vertex);
+    vertices_.erase(vertex);
+}
+
+void DirectedGraph::unlinkEdge(DirectedGraphEdge& edge) {
+    if (edgeCursor_ == &edge)
+        edgeCursor_ = edges_.after(edge);
+    edges_.erase(edge);
+}
+
+bool DirectedGraph::hasLiveEdges(const DirectedGraphVertex& vertex) {
+    if (!vertex.outgoing_.empty())
+        return true;
+    const auto in = vertex.incoming();
+    return std::any_of(in.begin(), in.end(), [](const auto& edge) { return edge.inGraph(); });
+}
+
+void DirectedGraph::destroyVertex(DirectedGraphVertex& vertex) {
+    for (DirectedGraphEdge* edge = vertex.incoming_.front(); edge != nullptr;) {
+        DirectedGraphEdge* next = vertex.incoming_.after(*edge);
+        if (!edge->inGraph()) {
+            vertex.incoming_.erase(*edge);
+            labels_.leave(*edge);
+            destroy(*edge);
+        }
+        edge = next;
+    }
+    labels_.leave(vertex);
+    destroy(vertex);
+}
+
+void DirectedGraph::reclaimIfDetached(DirectedGraphVertex& vertex) {
+    if (vertex.inGraph() || hasLiveEdges(vertex))
+        return;
+    detached_.erase(vertex);
+    destroyVertex(vertex);
+}
+
+bool DirectedGraph::removeEdge(DirectedGraphEdge* edge) {
+    if (edge == nullptr || !contains(*edge))
+        return false;
+    DirectedGraphVertex& source = *edge->source_;
+    DirectedGraphVertex& target = *edge->target_;
+    unlinkEdge(*edge);
+    source.outgoing_.erase(*edge);
+    if (&target == &source) {
+        // Either-or: the incoming entry of a loop stays, and the vertex now owns the edge.
+        labels_.unlist(*edge);
+    } else {
+        target.incoming_.erase(*edge);
+        labels_.leave(*edge);
+        destroy(*edge);
+        reclaimIfDetached(target);
+    }
+    reclaimIfDetached(source);
+    return true;
+}
+
+bool DirectedGraph::removeVertex(DirectedGraphVertex* vertex) {
+    if (vertex == nullptr || !contains(*vertex))
+        return false;
+    // The successor is taken before each removal; a removal never takes it away (it only
+    // unlinks the edge removed, and reclaims vertices other than this one).
+    for (DirectedGraphEdge* edge = vertex->incoming_.front(); edge != nullptr;) {
+        DirectedGraphEdge* next = vertex->incoming_.after(*edge);
+        if (!removeEdge(edge))
+            return false;
+        edge = next;
+    }
+    for (DirectedGraphEdge* edge = vertex->outgoing_.front(); edge != nullptr;) {
+        DirectedGraphEdge* next = vertex->outgoing_.after(*edge);
+        if (!removeEdge(edge))
+            return false;
+        edge = next;
+    }
+    unlinkVertex(*vertex);
+    destroyVertex(*vertex);
+    return true;
+}
+
+bool DirectedGraph::removeVertexOnly(DirectedGraphVertex* vertex) {
+    if (vertex == nullptr || !contains(*vertex))
+        return false;
+    unlinkVertex(*vertex);
+    if (hasLiveEdges(*vertex)) {
+        labels_.unlist(*vertex);
+        detached_.pushBack(*vertex);
+        return true;
+    }
+    destroyVertex(*vertex);
+    return true;
+}
+
+void DirectedGraph::clear() {
+    // Everything goes at once: no list is unlinked element by element, and the label index
+    // starts afresh. Lingering loops are found before any live edge is destroyed.
+    for (auto* list : {&vertices_, &detached_}) {
+        for (DirectedGraphVertex* vertex = list->front(); vertex != nullptr;) {
+            DirectedGraphVertex* next = list->after(*vertex);
+            for (DirectedGraphEdge* edge = vertex->incoming_.front(); edge != nullptr;) {
+                DirectedGraphEdge* following = vertex->incoming_.after(*edge);
+                if (!edge->inGraph())
+                    destroy(*edge);
+                edge = following;
+            }
+            destroy(*vertex);
+            vertex = next;
+        }
+        list->forgetAll();
+    }
+    for (DirectedGraphEdge* edge = edges_.front(); edge != nullptr;) {
+        DirectedGraphEdge* next = edges_.after(*edge);
+        destroy(*edge);
+        edge = next;
+    }
+    edges_.forgetAll();
+    labels_.reset();
+    vertexCursor_ = nullptr;
+    edgeCursor_ = nullptr;
+}
+
+DirectedGraphVertex* DirectedGraph::firstVertex() {
+    vertexCursor_ = vertices_.front();
+    return nextVertex();
+}
+
+DirectedGraphVertex* DirectedGraph::nextVertex() {
+    DirectedGraphVertex* vertex = vertexCursor_;
+    if (vertex != nullptr)
+        vertexCursor_ = vertices_.after(*vertex);
+    return vertex;
+}
+
+DirectedGraphEdge* DirectedGraph::firstEdge() {
+    edgeCursor_ = edges_.front();
+    return nextEdge();
+}
+
+DirectedGraphEdge* DirectedGraph::nextEdge() {
+    DirectedGraphEdge* edge = edgeCursor_;
+    if (edge != nullptr)
+        edgeCursor_ = edges_.after(*edge);
+    return edge;
+}
+
+const IntrusiveList<DirectedGraphVertex, LabelTag>& DirectedGraph::labelled(
+    std::string_view label) const {
+    const LabelBucket* bucket = labels_.find(label);
+    return bucket != nullptr ? bucket->vertices : emptyList<DirectedGraphVertex, LabelTag>();
+}
+
+const IntrusiveList<DirectedGraphEdge, LabelTag>& DirectedGraph::labelledEdges(
+    std::string_view label) const {
+    const LabelBucket* bucket = labels_.find(label);
+    return bucket != nullptr ? bucket->edges : emptyList<DirectedGraphEdge, LabelTag>();
+}
+
+VerticesWithLabel DirectedGraph::verticesWithLabel(std::string_view label) {
+    return VerticesWithLabel(labelled(label));
+}
+
+ConstVerticesWithLabel DirectedGraph::verticesWithLabel(std::string_view label) const {
+    return ConstVerticesWithLabel(labelled(label));
+}
+
+EdgesWithLabel DirectedGraph::edgesWithLabel(std::string_view label) {
+    return EdgesWithLabel(labelledEdges(label));
+}
+
+ConstEdgesWithLabel DirectedGraph::edgesWithLabel(std::string_view label) const {
+    return ConstEdgesWithLabel(labelledEdges(label));
+}
+
+std::size_t DirectedGraph::vertexCount(std::string_view label) const {
+    return labelled(label).size();
+}
+
+std::size_t DirectedGraph::edgeCount(std::string_view label) const {
+    return labelledEdges(label).size();
+}
+
+DirectedGraphVertex* DirectedGraph::findVertexByAttribute(const Attribute& attribute) const {
+    for (DirectedGraphVertex& vertex : VertexList(vertices_)) {
+        const Attribute* mine = vertex.findAttribute(attribute.name());
+        if (mine != nullptr && mine->equals(attribute))
+            return &vertex;
+    }
+    return nullptr;
+}
+
+}  // namespace vellum

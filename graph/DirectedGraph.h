@@ -1,0 +1,115 @@
+// The directed graph: owns its vertices and edges and keeps, in step with every change, the
+// vertex and edge lists (insertion order), each vertex's incoming and outgoing lists and the
+// label index. Creating, relabelling and removing an element take constant time; removeVertex
+// is linear in the vertex's degree, clear() in the size of the graph.
+//
+// Removal rules, kept because rewriting and the files' behaviour depend on them:
+// - removeEdge() cleans the source's outgoing list or else the target's incoming list. For a
+//   self-loop only the outgoing list is cleaned: the loop leaves the graph (edge list, label
+//   index, counts) but lingers as an inert entry in its vertex's incoming list, counted by
+//   inDegree(), owned by that vertex and destroyed with it. Such an edge is not inGraph().
+// - removeVertex() removes the edges of the vertex's incoming list, then those of its outgoing
+//   list, each with removeEdge(), and fails (returning false, having removed the edges before)
+//   at an entry that is no edge of the graph, i.e. a lingering self-loop. A live self-loop is
+//   met first in the incoming list and so handled once; it lingers and goes with the vertex.
+// - removeVertexOnly() takes the vertex out without touching any edge. Rule application calls
+//   it when no live edge remains; should some remain, the vertex stays alive outside the graph
+//   (not inGraph()) until the last of them is removed, so those edges never dangle.
+// Removing an element destroys it (bar the two cases above): pointers to it become invalid and
+// must not be handed to the graph again.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "graph/DirectedGraphVertex.h"
+#include "graph/LabelIndex.h"
+
+namespace vellum {
+
+using VertexList = ListView<DirectedGraphVertex, GraphListTag>;
+using ConstVertexList = ListView<const DirectedGraphVertex, GraphListTag>;
+using EdgeList = ListView<DirectedGraphEdge, GraphListTag>;
+using ConstEdgeList = ListView<const DirectedGraphEdge, GraphListTag>;
+using VerticesWithLabel = ListView<DirectedGraphVertex, LabelTag>;
+using ConstVerticesWithLabel = ListView<const DirectedGraphVertex, LabelTag>;
+using EdgesWithLabel = ListView<DirectedGraphEdge, LabelTag>;
+using ConstEdgesWithLabel = ListView<const DirectedGraphEdge, LabelTag>;
+
+class DirectedGraph {
+  public:
+    DirectedGraph();
+    virtual ~DirectedGraph();
+    DirectedGraph(const DirectedGraph&) = delete;
+    DirectedGraph& operator=(const DirectedGraph&) = delete;
+
+    // "DirectedGraph"; graph classes of extension libraries name themselves.
+    virtual const std::string& className() const;
+
+    // A new vertex with an empty label and no attributes, appended to the vertex list.
+    DirectedGraphVertex* createVertex();
+    // A new edge appended to the edge list, the source's outgoing list and the target's
+    // incoming list. Null when either endpoint is not a vertex of this graph.
+    DirectedGraphEdge* createEdge(DirectedGraphVertex* source, DirectedGraphVertex* target);
+
+    // False when the argument is not an element of this graph (see the rules above).
+    bool removeEdge(DirectedGraphEdge* edge);
+    bool removeVertex(DirectedGraphVertex* vertex);
+    bool removeVertexOnly(DirectedGraphVertex* vertex);
+    // Destroys every vertex and edge; invalidates every pointer into the graph.
+    void clear();
+
+    // True when the object is a vertex or edge of this graph (and not removed).
+    bool contains(const GraphObject& object) const;
+
+    VertexList vertices() { return VertexList(vertices_); }
+    ConstVertexList vertices() const { return ConstVertexList(vertices_); }
+    EdgeList edges() { return EdgeList(edges_); }
+    ConstEdgeList edges() const { return ConstEdgeList(edges_); }
+    std::size_t vertexCount() const { return vertices_.size(); }
+    std::size_t edgeCount() const { return edges_.size(); }
+
+    // first/next iteration with the cursor kept in the graph, one per list: a nested iteration
+    // of the same list restarts the outer one. Removing the element just returned is safe.
+    DirectedGraphVertex* firstVertex();
+    DirectedGraphVertex* nextVertex();
+    DirectedGraphEdge* firstEdge();
+    DirectedGraphEdge* nextEdge();
+
+    // The label index (read-only): the vertices (edges) with this label, in the order they
+    // took it; empty for a label that no element has.
+    VerticesWithLabel verticesWithLabel(std::string_view label);
+    ConstVerticesWithLabel verticesWithLabel(std::string_view label) const;
+    EdgesWithLabel edgesWithLabel(std::string_view label);
+    ConstEdgesWithLabel edgesWithLabel(std::string_view label) const;
+    std::size_t vertexCount(std::string_view label) const;
+    std::size_t edgeCount(std::string_view label) const;
+
+    // The first vertex in list order that has an attribute of the same name whose equality
+    // test with `attribute` holds; null if none. Linear in the number of vertices.
+    DirectedGraphVertex* findVertexByAttribute(const Attribute& attribute) const;
+
+  private:
+    void unlinkVertex(DirectedGraphVertex& vertex);
+    void unlinkEdge(DirectedGraphEdge& edge);
+    // Destroys a vertex that is in no list of the graph, with its lingering self-loops.
+    void destroyVertex(DirectedGraphVertex& vertex);
+    // Destroys a vertex outside the graph once no live edge points at it any more.
+    void reclaimIfDetached(DirectedGraphVertex& vertex);
+    static bool hasLiveEdges(const DirectedGraphVertex& vertex);
+    const IntrusiveList<DirectedGraphVertex, LabelTag>& labelled(std::string_view label) const;
+    const IntrusiveList<DirectedGraphEdge, LabelTag>& labelledEdges(std::string_view label) const;
+
+    // Declared first so that it outlives the objects that point at its buckets.
+    LabelIndex labels_;
+    // The lists own their elements (released from unique_ptr on creation, reclaimed on removal).
+    IntrusiveList<DirectedGraphVertex, GraphListTag> vertices_;
+    IntrusiveList<DirectedGraphEdge, GraphListTag> edges_;
+    // Vertices taken out by removeVertexOnly() while live edges still pointed at them.
+    IntrusiveList<DirectedGraphVertex, GraphListTag> detached_;
+    DirectedGraphVertex* vertexCursor_ = nullptr;  // the vertex nextVertex() returns
+    DirectedGraphEdge* edgeCursor_ = nullptr;      // the edge nextEdge() returns
+};
+
+}  // namespace vellum

@@ -1,0 +1,29 @@
+#include "graph/DirectedGraphVertex.h"
+
+namespace vellum {
+
+DirectedGraphVertex::DirectedGraphVertex(LabelBucket& label) : GraphObject(label) {}
+
+const std::string& DirectedGraphVertex::className() const {
+    static const std::string name = "DirectedGraphVertex";
+    return name;
+}
+
+DirectedGraphEdge* DirectedGraphVertex::findOutgoingTo(const DirectedGraphVertex& target) const {
+    for (DirectedGraphEdge& edge : outgoing()) {
+        if (edge.target() == &target)
+            return &edge;
+    }
+    return nullptr;
+}
+
+bool DirectedGraphVertex::hasSeveralOutgoingTo(const DirectedGraphVertex& target) const {
+    int found = 0;
+    for (const DirectedGraphEdge& edge : outgoing()) {
+        if (edge.target() == &target && ++found > 1)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace vellum

@@ -1,0 +1,75 @@
+// The common base of vertices and edges: class name, label and owned attributes. Objects are
+// made only by their DirectedGraph, which keeps the label index in step with setLabel(). An
+// object without attributes pays one null pointer for them, and one more for client data.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "graph/AttributeList.h"
+#include "graph/IntrusiveList.h"
+#include "graph/ObjectExtension.h"
+
+namespace vellum {
+
+struct GraphListTag;  // links of the graph's vertex list and edge list
+struct LabelTag;      // links of the label index
+struct LabelBucket;
+
+enum class GraphObjectKind { Vertex, Edge };
+
+class GraphObject : public ListHook<GraphListTag>, public ListHook<LabelTag> {
+  public:
+    virtual ~GraphObject();
+    GraphObject(const GraphObject&) = delete;
+    GraphObject& operator=(const GraphObject&) = delete;
+
+    // "DirectedGraphVertex" or "DirectedGraphEdge"; shared text, no storage per object.
+    virtual const std::string& className() const = 0;
+    virtual GraphObjectKind kind() const = 0;
+
+    // Empty when the object has none.
+    const std::string& label() const;
+    // Also moves the object to the new label's entry of its graph's label index.
+    void setLabel(std::string_view label);
+
+    // True while the object is an element of its graph: false for an edge removed as a
+    // self-loop whose entry lingers in its vertex's incoming list, and for a vertex taken out by
+    // removeVertexOnly() that live edges still point at.
+    bool inGraph() const { return ListHook<LabelTag>::linked(); }
+
+    // Appends the attribute unless the object already has one of that name: then false, the
+    // old value stays (first definition wins) and the given attribute is destroyed.
+    bool addAttribute(std::unique_ptr<Attribute> attribute);
+    // The attribute of that name (exact comparison), or null.
+    Attribute* findAttribute(std::string_view name) const;
+    // Destroys the attribute of that name; false when there is none.
+    bool removeAttribute(std::string_view name);
+    // first/next iteration with the cursor kept in the list; null at the end.
+    Attribute* firstAttribute();
+    Attribute* nextAttribute();
+    AttributeRange<const Attribute> attributes() const;
+    AttributeRange<Attribute> attributes();
+    std::size_t attributeCount() const;
+
+    // Client data (the rule model's); null for host graphs.
+    ObjectExtension* extension() const { return extension_.get(); }
+    void setExtension(std::unique_ptr<ObjectExtension> extension) {
+        extension_ = std::move(extension);
+    }
+
+  protected:
+    explicit GraphObject(LabelBucket& label);
+
+  private:
+    friend class LabelIndex;
+    friend class DirectedGraph;
+
+    LabelBucket* label_;                         // never null: the empty label has a bucket too
+    std::unique_ptr<AttributeList> attributes_;  // null while there are none
+    std::unique_ptr<ObjectExtension> extension_;
+};
+
+}  // namespace vellum

@@ -1,0 +1,251 @@
+#include "graph/GraphReader.h"
+
+#include "grammar/Console.h"
+#include "grammar/ParseReport.h"
+#include "graph/BooleanAttribute.h"
+#include "graph/IntegerAttribute.h"
+#include "graph/NumberText.h"
+#include "graph/RealAttribute.h"
+#include "graph/StringAttribute.h"
+#include "graph/VectorAttribute.h"
+
+namespace vellum {
+namespace {
+
+// The tokens, in the order the scanner tries them (a keyword before the identifier, so that
+// "vertexA" is read as the keyword and the identifier "A").
+constexpr const char* kGraphTokens = R"TOKENS(
+$COMMENT : 0 = "%" {"$CHAR$"}.
+$LGRAPH : 1 = "directed graph".
+$LVERTEX : 2 = "vertex".
+$LBOOLEAN : 3 = "boolean".
+$LTRUE : 4 = "true".
+$LFALSE : 5 = "false".
+$LINTEGER : 6 = "integer".
+$LREAL : 7 = "real".
+$LSTRING : 8 = "string".
+$LVECTOR : 9 = "vector".
+$LEDGE : 12 = "edge".
+$LARROW : 13 = "\->".
+$LLABEL : 14 = "label".
+$NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
+$IDENTIFIER : 1001 = CHARS.
+$LLSTRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
+$INTERNAL : 1003 = "\\" "$CHAR$".
+CHARS = LETTER {LETTER | DIGITS09 | "_"}.
+DIGITS09 = "0-9".
+DIGITS19 = "1-9".
+LETTER = "a-z" | "A-Z".
+.)TOKENS";
+
+constexpr const char* kGraphGrammar = R"GRAMMAR(
+GRAPH = $LGRAPH <0> [$IDENTIFIER <1>] "{" VERTICES EDGES "}".
+VERTICES = { VERTEX }.
+EDGES = { EDGE }.
+VERTEX = $LVERTEX $NUMBER <2> ["{" [LABEL] {ATTRIBUTE} "}"].
+ATTRIBUTE = BOOLEAN | INTEGER | REAL | STRING | VECTOR.
+LABEL = $LLABEL $IDENTIFIER <11>.
+BOOLEAN = $LBOOLEAN $IDENTIFIER "=" ($LTRUE | $LFALSE) <3>.
+INTEGER = $LINTEGER $IDENTIFIER "=" $NUMBER <4>.
+REAL = $LREAL $IDENTIFIER "=" $NUMBER <5>.
+STRING = $LSTRING $IDENTIFIER "=" $LLSTRING <6>.
+VECTOR = $LVECTOR $IDENTIFIER <7> "=" "(" $NUMBER <8> { $NUMBER <8>} ")" <9>.
+EDGE = $LEDGE $NUMBER $LARROW $NUMBER <10> ["{" [LABEL] {ATTRIBUTE} "}" ].
+#GRAPH.
+)GRAMMAR";
+
+// The action numbers of the grammar above.
+enum Action : int {
+    kClearGraph = 0,
+    kGraphName = 1,
+    kVertex = 2,
+    kBoolean = 3,
+    kInteger = 4,
+    kReal = 5,
+    kString = 6,
+    kVectorStart = 7,
+    kVectorElement = 8,
+    kVectorEnd = 9,
+    kEdge = 10,
+    kLabel = 11,
+};
+
+constexpr int kTrueCode = 4;
+constexpr int kFalseCode = 5;
+constexpr const char* kNumberAttribute = "__ID__";
+
+}  // namespace
+
+GraphReader::GraphReader() {
+    loadGrammar(kGraphGrammar, kGraphTokens);
+}
+
+bool GraphReader::read(const std::string& fileName, DirectedGraph& graph) {
+    graph_ = &graph;
+    current_ = nullptr;
+    vertexByNumber_.clear();
+    std::string excerpt;
+    long position = 0;
+    const bool ok = parseFile(fileName, kExcerptBefore, kExcerptAfter, excerpt, position);
+    vertexByNumber_.clear();
+    current_ = nullptr;
+    graph_ = nullptr;
+    if (!ok) {
+        reportSyntaxError("File", fileName, position, lineNumber(), excerpt);
+        return false;
+    }
+    for (DirectedGraphVertex& vertex : graph.vertices())
+        vertex.removeAttribute(kNumberAttribute);
+    return true;
+}
+
+int GraphReader::onAction(int number) {
+    switch (number) {
+        case kClearGraph:
+            startGraph();
+            return 1;
+        case kGraphName:
+            return 1;  // the name in the file is not kept
+        case kVertex:
+            return addVertex();
+        case kBoolean:
+            return addBoolean();
+        case kInteger:
+            return addInteger();
+        case kReal:
+            return addReal();
+        case kString:
+            return addString();
+        case kVectorStart:
+            return startVector();
+        case kVectorElement:
+            return addVectorElement();
+        case kVectorEnd:
+            return finishVector();
+        case kEdge:
+            return addEdge();
+        case kLabel:
+            return setLabel();
+        default:
+            console() << "Unkown callback number !!!\n";
+            return 0;
+    }
+}
+
+std::string_view GraphReader::tokenText(std::size_t k) const {
+    const TokenRecord* token = tokenAt(k);
+    return token != nullptr ? std::string_view(token->text) : std::string_view();
+}
+
+void GraphReader::startGraph() {
+    graph_->clear();
+    current_ = nullptr;
+    vertexByNumber_.clear();
+}
+
+bool GraphReader::addVertex() {
+    const std::int32_t number = integerValue(tokenText(0));
+    DirectedGraphVertex* vertex = graph_->createVertex();
+    vertex->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
+    vertexByNumber_.emplace(number, vertex);  // a later duplicate does not replace the first
+    current_ = vertex;
+    return true;
+}
+
+bool GraphReader::addBoolean() {
+    const TokenRecord* value = tokenAt(0);
+    if (current_ == nullptr || value == nullptr)
+        return false;
+    if (value->code != kTrueCode && value->code != kFalseCode)
+        return false;
+    const bool truth = value->code == kTrueCode;
+    current_->addAttribute(std::make_unique<BooleanAttribute>(std::string(tokenText(1)), truth));
+    return true;
+}
+
+bool GraphReader::addInteger() {
+    if (current_ == nullptr)
+        return false;
+    current_->addAttribute(
+        std::make_unique<IntegerAttribute>(std::string(tokenText(1)), integerValue(tokenText(0))));
+    return true;
+}
+
+bool GraphReader::addReal() {
+    if (current_ == nullptr)
+        return false;
+    current_->addAttribute(
+        std::make_unique<RealAttribute>(std::string(tokenText(1)), realValue(tokenText(0))));
+    return true;
+}
+
+bool GraphReader::addString() {
+    if (current_ == nullptr)
+        return false;
+    // The token includes its quotes; the value is what stands between them, as written.
+    std::string_view text = tokenText(0);
+    if (text.size() >= 2)
+        text = text.substr(1, text.size() - 2);
+    current_->addAttribute(
+        std::make_unique<StringAttribute>(std::string(tokenText(1)), std::string(text)));
+    return true;
+}
+
+bool GraphReader::startVector() {
+    vectorName_ = std::string(tokenText(0));
+    vectorElements_.clear();
+    return true;
+}
+
+bool GraphReader::addVectorElement() {
+    vectorElements_.push_back(realValue(tokenText(0)));
+    return true;
+}
+
+bool GraphReader::finishVector() {
+    if (current_ == nullptr)
+        return false;
+    current_->addAttribute(std::make_unique<VectorAttribute>(vectorName_, vectorElements_));
+    return true;
+}
+
+DirectedGraphVertex* GraphReader::vertexNumbered(std::int32_t number) const {
+    const auto at = vertexByNumber_.find(number);
+    return at == vertexByNumber_.end() ? nullptr : at->second;
+}
+
+bool GraphReader::addEdge() {
+    const std::int32_t sourceNumber = integerValue(tokenText(2));
+    const std::int32_t targetNumber = integerValue(tokenText(0));
+    DirectedGraphVertex* source = vertexNumbered(sourceNumber);
+    DirectedGraphVertex* target = vertexNumbered(targetNumber);
+    if (source == nullptr)
+        console() << "Vertex with number '" << sourceNumber << "' not found!!!\n";
+    if (target == nullptr)
+        console() << "Vertex with number '" << targetNumber << "' not found!!!\n";
+    if (source == nullptr || target == nullptr)
+        return false;
+    current_ = graph_->createEdge(source, target);
+    return current_ != nullptr;
+}
+
+bool GraphReader::setLabel() {
+    if (current_ == nullptr)
+        return false;
+    current_->setLabel(tokenText(0));
+    return true;
+}
+
+bool loadGraph(const std::string& fileName, DirectedGraph& graph) {
+    GraphReader reader;
+    return reader.read(fileName, graph);
+}
+
+std::unique_ptr<DirectedGraph> loadGraph(const std::string& fileName) {
+    auto graph = std::make_unique<DirectedGraph>();
+    if (!loadGraph(fileName, *graph))
+        return nullptr;
+    return graph;
+}
+
+}  // namespace vellum

@@ -1,0 +1,60 @@
+// The reader of graph files (.dg): the grammar engine runs the GRAPH grammar and tokens, and
+// the semantic actions build a DirectedGraph. Vertex numbers of the file are held in the
+// integer attribute "__ID__" while reading; edge endpoints are resolved by them in constant
+// time, with the result of the search in vertex-list order (the first vertex with the number).
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "grammar/GrammarParser.h"
+#include "graph/DirectedGraph.h"
+
+namespace vellum {
+
+class GraphReader : public GrammarParser {
+  public:
+    GraphReader();
+
+    // Reads the file into `graph`, which the first action empties. True on success, and then
+    // no vertex keeps an "__ID__" attribute. On failure the console shows the failing
+    // action's message, if any, then the two-line report ("File '...' contains errors near
+    // position ..." and "Dump '...' !!!"); the graph holds what was built up to the error.
+    bool read(const std::string& fileName, DirectedGraph& graph);
+
+    int onAction(int number) override;
+
+  private:
+    std::string_view tokenText(std::size_t k) const;
+    void startGraph();
+    bool addVertex();
+    bool addBoolean();
+    bool addInteger();
+    bool addReal();
+    bool addString();
+    bool startVector();
+    bool addVectorElement();
+    bool finishVector();
+    bool addEdge();
+    bool setLabel();
+    DirectedGraphVertex* vertexNumbered(std::int32_t number) const;
+
+    DirectedGraph* graph_ = nullptr;
+    GraphObject* current_ = nullptr;  // the vertex or edge that labels and attributes go to
+    std::string vectorName_;
+    std::vector<double> vectorElements_;
+    // The first vertex read with each number: what a search by "__ID__" in list order finds.
+    std::unordered_map<std::int32_t, DirectedGraphVertex*> vertexByNumber_;
+};
+
+// Reads a graph file into `graph` (see GraphReader::read). An editor that must keep its graph
+// when reading fails reads into a fresh one.
+bool loadGraph(const std::string& fileName, DirectedGraph& graph);
+// Reads a graph file into a new graph; null when reading fails.
+std::unique_ptr<DirectedGraph> loadGraph(const std::string& fileName);
+
+}  // namespace vellum

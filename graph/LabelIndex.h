@@ -1,0 +1,63 @@
+// The label index of one graph: for each label in use, the vertices and the edges that carry
+// it, with constant-time insertion, removal and counts. Each label text is stored once, in its
+// bucket, and objects point at their bucket; matching anchors its search on the rarest label
+// and conditions count vertices by label through it.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "graph/DirectedGraphVertex.h"
+
+namespace vellum {
+
+class LabelIndex;
+
+struct LabelBucket {
+    std::string text;
+    LabelIndex* index = nullptr;  // the index (and so the graph) the bucket belongs to
+    // The objects in the graph with this label, in the order they took it.
+    IntrusiveList<DirectedGraphVertex, LabelTag> vertices;
+    IntrusiveList<DirectedGraphEdge, LabelTag> edges;
+    // Objects pointing at the bucket, in the graph or not (lingering self-loops, detached
+    // vertices); the bucket goes when this drops to 0.
+    std::size_t references = 0;
+};
+
+class LabelIndex {
+  public:
+    LabelIndex();
+    LabelIndex(const LabelIndex&) = delete;
+    LabelIndex& operator=(const LabelIndex&) = delete;
+
+    // The bucket of the empty label: always there.
+    LabelBucket& emptyLabel() { return *empty_; }
+    // The bucket of a label, or null when no object has it.
+    const LabelBucket* find(std::string_view label) const;
+
+    // Counts the object's reference to its bucket and lists it there (it must not be listed).
+    void enter(GraphObject& object);
+    // Unlists the object (if listed) and drops its reference.
+    void leave(GraphObject& object);
+    // Unlists the object without dropping its reference: it stays out of the index while it
+    // still exists outside the graph.
+    void unlist(GraphObject& object);
+    // Moves the object to the bucket of `label`, listed there if it was listed before.
+    void relabel(GraphObject& object, std::string_view label);
+    // Forgets every bucket but the empty label's, which starts afresh: for the graph's clear.
+    void reset();
+
+  private:
+    LabelBucket& acquire(std::string_view label);
+    void release(LabelBucket& bucket);
+    static void list(LabelBucket& bucket, GraphObject& object);
+
+    // Keys view the text of their own bucket.
+    std::unordered_map<std::string_view, std::unique_ptr<LabelBucket>> buckets_;
+    LabelBucket* empty_ = nullptr;
+};
+
+}  // namespace vellum

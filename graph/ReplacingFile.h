@@ -1,0 +1,37 @@
+// Writing a file so that a failure never costs the old one: the text goes to a temporary file
+// beside the target, which replaces the target (by rename) only once everything was written
+// and closed without error. The writers of graphs and rules save through it.
+#pragma once
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace vellum {
+
+class ReplacingFile {
+  public:
+    explicit ReplacingFile(std::string target);
+    // Removes the temporary file unless commit() succeeded.
+    ~ReplacingFile();
+    ReplacingFile(const ReplacingFile&) = delete;
+    ReplacingFile& operator=(const ReplacingFile&) = delete;
+
+    // Creates the temporary file; false when the target's folder cannot take it.
+    bool open();
+    // The stream to write to (classic "C" formatting, large buffer); valid after open().
+    std::ostream& stream() { return stream_; }
+    // Flushes and closes the temporary file, gives it the permissions of the file it replaces
+    // and renames it over the target. False when any of that failed; the target is then as
+    // it was.
+    bool commit();
+
+  private:
+    std::string target_;
+    std::string temporary_;  // empty until open() created it
+    std::vector<char> buffer_;
+    std::ofstream stream_;
+    bool committed_ = false;
+};
+
+}  // namespace vellum

@@ -1,0 +1,70 @@
+#include <gtest/gtest.h>
+
+#include "grammar/Console.h"
+#include "graph/Matrix.h"
+#include "graph/Vector.h"
+
+namespace vellum {
+namespace {
+
+const char* const kIndexFailure =
+    "Assertion failed: (index>=0) && (index<m_size), file include/vector, line 275\n";
+
+TEST(Vector, BadIndexIsReportedAndHarmless) {
+    vellum::vector<int> v(3);
+    v[0] = 1;
+    v[2] = 3;
+    ConsoleCapture capture;
+    v[3] = 99;  // writes the spare element, not past the array
+    v[-1] = 98;
+    EXPECT_EQ(capture.text(), std::string(kIndexFailure) + kIndexFailure);
+    EXPECT_EQ(v[0], 1);
+    EXPECT_EQ(v[2], 3);
+    capture.reset();
+    const vellum::vector<int>& constant = v;
+    EXPECT_EQ(constant[7], 0) << "the spare element is reset before use";
+    EXPECT_EQ(capture.text(), kIndexFailure);
+}
+
+TEST(Vector, SizeChecks) {
+    ConsoleCapture capture;
+    vellum::vector<double> empty(0);
+    EXPECT_EQ(empty.size(), 0);
+    EXPECT_EQ(capture.text(), "Assertion failed: size > 0, file include/vector, line 52\n");
+    capture.reset();
+    vellum::vector<double> a(2), b(3);
+    a[0] = 1;
+    a[1] = 2;
+    a += b;
+    EXPECT_EQ(capture.text(),
+              "Assertion failed: m_size == v.m_size, file include/vector, line 181\n");
+    EXPECT_EQ(a[0], 1) << "left unchanged";
+    vellum::vector<double> c(2);
+    c[1] = 5;
+    capture.reset();
+    const vellum::vector<double> sum = a + c;
+    EXPECT_EQ(sum[1], 7);
+    EXPECT_TRUE(sum == sum);
+    EXPECT_EQ(capture.text(), "");
+}
+
+TEST(Matrix, DimensionsAndPositionsAreChecked) {
+    ConsoleCapture capture;
+    vellum::matrix<int> bad(0, -1);
+    EXPECT_EQ(capture.text(),
+              "Assertion failed: x > 0, file include/matrix, line 43\n"
+              "Assertion failed: y > 0, file include/matrix, line 44\n");
+    EXPECT_EQ(bad.columns(), 0);
+    capture.reset();
+    vellum::matrix<int> m(3, 2);
+    m(2, 1) = 7;
+    m(3, 0) = 1;
+    EXPECT_NE(capture.text().find("include/matrix"), std::string::npos);
+    EXPECT_EQ(m(2, 1), 7);
+    EXPECT_EQ(m(0, 0), 0);
+    const vellum::matrix<int> copy = m;
+    EXPECT_EQ(copy(2, 1), 7);
+}
+
+}  // namespace
+}  // namespace vellum

@@ -1,0 +1,259 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "GraphInvariants.h"
+#include "graph/DirectedGraph.h"
+#include "graph/IntegerAttribute.h"
+#include "graph/RealAttribute.h"
+
+namespace vellum {
+namespace {
+
+using test::graphIsConsistent;
+
+template <typename View>
+auto pointers(const View& view) {
+    std::vector<std::remove_reference_t<decltype(*view.begin())>*> out;
+    for (auto& element : view)
+        out.push_back(&element);
+    return out;
+}
+
+struct Triangle {
+    DirectedGraph graph;
+    DirectedGraphVertex* a = graph.createVertex();
+    DirectedGraphVertex* b = graph.createVertex();
+    DirectedGraphVertex* c = graph.createVertex();
+    DirectedGraphEdge* ab = graph.createEdge(a, b);
+    DirectedGraphEdge* bc = graph.createEdge(b, c);
+    DirectedGraphEdge* ca = graph.createEdge(c, a);
+    DirectedGraphEdge* ac = graph.createEdge(a, c);
+};
+
+TEST(DirectedGraph, KeepsInsertionOrderInEveryList) {
+    Triangle t;
+    ASSERT_TRUE(graphIsConsistent(t.graph));
+    using V = std::vector<DirectedGraphVertex*>;
+    using E = std::vector<DirectedGraphEdge*>;
+    EXPECT_EQ(pointers(t.graph.vertices()), (V{t.a, t.b, t.c}));
+    EXPECT_EQ(pointers(t.graph.edges()), (E{t.ab, t.bc, t.ca, t.ac}));
+    EXPECT_EQ(pointers(t.a->outgoing()), (E{t.ab, t.ac}));
+    EXPECT_EQ(pointers(t.c->incoming()), (E{t.bc, t.ac}));
+    EXPECT_EQ(t.a->className(), "DirectedGraphVertex");
+    EXPECT_EQ(t.ab->className(), "DirectedGraphEdge");
+    EXPECT_EQ(t.graph.className(), "DirectedGraph");
+    EXPECT_TRUE(t.a->label().empty());
+}
+
+TEST(DirectedGraph, FindsOutgoingEdgesByTarget) {
+    Triangle t;
+    EXPECT_EQ(t.a->findOutgoingTo(*t.c), t.ac);
+    EXPECT_EQ(t.a->findOutgoingTo(*t.a), nullptr);
+    EXPECT_FALSE(t.a->hasSeveralOutgoingTo(*t.c));
+    DirectedGraphEdge* second = t.graph.createEdge(t.a, t.c);
+    EXPECT_TRUE(t.a->hasSeveralOutgoingTo(*t.c));
+    EXPECT_EQ(t.a->findOutgoingTo(*t.c), t.ac) << "the first in list order";
+    EXPECT_NE(second, t.ac);
+}
+
+TEST(DirectedGraph, LabelIndexFollowsEveryChange) {
+    Triangle t;
+    EXPECT_EQ(t.graph.vertexCount(""), 3u);
+    t.b->setLabel("x");
+    t.a->setLabel("x");
+    t.ab->setLabel("x");
+    ASSERT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount("x"), 2u);
+    EXPECT_EQ(t.graph.edgeCount("x"), 1u);
+    EXPECT_EQ(t.graph.vertexCount(""), 1u);
+    using V = std::vector<DirectedGraphVertex*>;
+    EXPECT_EQ(pointers(t.graph.verticesWithLabel("x")), (V{t.b, t.a})) << "order of labelling";
+    t.b->setLabel("y");
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount("x"), 1u);
+    ASSERT_TRUE(t.graph.removeVertex(t.a));
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount("x"), 0u);
+    EXPECT_EQ(t.graph.edgeCount("x"), 0u) << "the edge went with its source";
+    EXPECT_TRUE(t.graph.verticesWithLabel("x").empty());
+    EXPECT_EQ(t.graph.vertexCount("never used"), 0u);
+    EXPECT_EQ(t.graph.vertexCount("X"), 0u) << "labels are case-sensitive";
+}
+
+TEST(DirectedGraph, RemoveEdgeCleansBothEndpoints) {
+    Triangle t;
+    ASSERT_TRUE(t.graph.removeEdge(t.ab));
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.edgeCount(), 3u);
+    EXPECT_EQ(t.a->outDegree(), 1u);
+    EXPECT_EQ(t.b->inDegree(), 0u);
+}
+
+TEST(DirectedGraph, RemovedSelfLoopLingersInTheIncomingList) {
+    DirectedGraph graph;
+    DirectedGraphVertex* v = graph.createVertex();
+    DirectedGraphEdge* loop = graph.createEdge(v, v);
+    loop->setLabel("loop");
+    ASSERT_TRUE(graph.removeEdge(loop));
+    EXPECT_TRUE(graphIsConsistent(graph));
+    EXPECT_EQ(graph.edgeCount(), 0u);
+    EXPECT_EQ(graph.edgeCount("loop"), 0u);
+    EXPECT_EQ(v->outDegree(), 0u);
+    ASSERT_EQ(v->inDegree(), 1u) << "only the outgoing list is cleaned";
+    EXPECT_EQ(v->incoming().front(), loop);
+    EXPECT_FALSE(loop->inGraph());
+    EXPECT_EQ(loop->label(), "loop") << "the lingering entry stays readable";
+    EXPECT_FALSE(graph.removeEdge(loop)) << "no longer an edge of the graph";
+    EXPECT_FALSE(graph.removeVertex(v)) << "its incoming list names a non-edge";
+    EXPECT_EQ(graph.vertexCount(), 1u);
+    EXPECT_TRUE(graph.removeVertexOnly(v)) << "destroys the vertex with the lingering loop";
+    EXPECT_EQ(graph.vertexCount(), 0u);
+}
+
+TEST(DirectedGraph, RemoveVertexTakesIncomingOutgoingAndLoopEdges) {
+    Triangle t;
+    DirectedGraphEdge* loop = t.graph.createEdge(t.a, t.a);
+    (void)loop;
+    ASSERT_TRUE(t.graph.removeVertex(t.a));
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount(), 2u);
+    EXPECT_EQ(pointers(t.graph.edges()), std::vector<DirectedGraphEdge*>{t.bc});
+    EXPECT_EQ(t.b->inDegree(), 0u);
+    EXPECT_EQ(t.c->outDegree(), 0u);
+    EXPECT_EQ(t.c->inDegree(), 1u);
+    EXPECT_FALSE(t.graph.removeVertex(nullptr));
+}
+
+TEST(DirectedGraph, RemoveVertexOnlyLeavesEdgesUntouched) {
+    Triangle t;
+    DirectedGraphVertex* lone = t.graph.createVertex();
+    ASSERT_TRUE(t.graph.removeVertexOnly(lone));
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    // With live edges left, the vertex leaves the graph but stays alive for them.
+    ASSERT_TRUE(t.graph.removeVertexOnly(t.a));
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount(), 2u);
+    EXPECT_EQ(t.graph.edgeCount(), 4u);
+    EXPECT_EQ(t.ab->source(), t.a);
+    EXPECT_FALSE(t.a->inGraph());
+    EXPECT_FALSE(t.graph.removeVertexOnly(t.a));
+    EXPECT_EQ(t.graph.createEdge(t.a, t.b), nullptr);
+    // Clean-up after it: the edges whose endpoint left; the last one reclaims the vertex.
+    for (DirectedGraphEdge* edge : {t.ab, t.ca, t.ac}) {
+        ASSERT_TRUE(t.graph.removeEdge(edge));
+        EXPECT_TRUE(graphIsConsistent(t.graph));
+    }
+    EXPECT_EQ(pointers(t.graph.edges()), std::vector<DirectedGraphEdge*>{t.bc});
+}
+
+TEST(DirectedGraph, RefusesElementsOfAnotherGraph) {
+    Triangle t;
+    DirectedGraph other;
+    DirectedGraphVertex* stranger = other.createVertex();
+    DirectedGraphEdge* strangeEdge = other.createEdge(stranger, stranger);
+    EXPECT_EQ(t.graph.createEdge(t.a, stranger), nullptr);
+    EXPECT_FALSE(t.graph.removeEdge(strangeEdge));
+    EXPECT_FALSE(t.graph.removeVertex(stranger));
+    EXPECT_FALSE(t.graph.removeVertexOnly(stranger));
+    EXPECT_FALSE(t.graph.contains(*stranger));
+    EXPECT_EQ(other.edgeCount(), 1u);
+}
+
+TEST(DirectedGraph, CursorIterationSurvivesRemovingTheCurrentElement) {
+    Triangle t;
+    std::vector<DirectedGraphEdge*> seen;
+    for (DirectedGraphEdge* edge = t.graph.firstEdge(); edge != nullptr;
+         edge = t.graph.nextEdge()) {
+        seen.push_back(edge);
+        if (edge == t.bc) {
+            ASSERT_TRUE(t.graph.removeEdge(edge));
+        }
+    }
+    EXPECT_EQ(seen, (std::vector<DirectedGraphEdge*>{t.ab, t.bc, t.ca, t.ac}));
+    std::vector<DirectedGraphVertex*> vertices;
+    for (DirectedGraphVertex* v = t.graph.firstVertex(); v != nullptr; v = t.graph.nextVertex())
+        vertices.push_back(v);
+    EXPECT_EQ(vertices, (std::vector<DirectedGraphVertex*>{t.a, t.b, t.c}));
+}
+
+TEST(DirectedGraph, FindVertexByAttributeTakesTheFirstEqualOne) {
+    Triangle t;
+    t.b->addAttribute(std::make_unique<IntegerAttribute>("n", 7));
+    t.c->addAttribute(std::make_unique<IntegerAttribute>("n", 7));
+    t.a->addAttribute(std::make_unique<RealAttribute>("n", 7.0));
+    EXPECT_EQ(t.graph.findVertexByAttribute(IntegerAttribute("n", 7)), t.b);
+    EXPECT_EQ(t.graph.findVertexByAttribute(RealAttribute("n", 7.0)), t.a);
+    EXPECT_EQ(t.graph.findVertexByAttribute(IntegerAttribute("n", 8)), nullptr);
+    EXPECT_EQ(t.graph.findVertexByAttribute(IntegerAttribute("m", 7)), nullptr);
+}
+
+TEST(DirectedGraph, ClearDestroysEverythingIncludingLingeringAndDetached) {
+    Triangle t;
+    DirectedGraphEdge* loop = t.graph.createEdge(t.b, t.b);
+    ASSERT_TRUE(t.graph.removeEdge(loop));
+    ASSERT_TRUE(t.graph.removeVertexOnly(t.c));
+    t.a->setLabel("a");
+    t.graph.clear();  // the sanitizer build reports anything left behind
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount(), 0u);
+    EXPECT_EQ(t.graph.vertexCount("a"), 0u);
+    DirectedGraphVertex* again = t.graph.createVertex();
+    EXPECT_EQ(t.graph.vertexCount(""), 1u);
+    EXPECT_EQ(t.graph.createEdge(again, again)->source(), again);
+}
+
+// Random changes, checked against a plain model of the expected counts after every step.
+TEST(DirectedGraph, StaysConsistentUnderRandomChanges) {
+    DirectedGraph graph;
+    std::mt19937 random(12345);
+    std::vector<DirectedGraphVertex*> vertices;
+    std::vector<DirectedGraphEdge*> edges;
+    const char* labels[] = {"", "a", "b"};
+    for (int step = 0; step < 600; ++step) {
+        const int choice = static_cast<int>(random() % 6);
+        if (choice == 0 || vertices.size() < 2) {
+            vertices.push_back(graph.createVertex());
+        } else if (choice <= 2) {
+            auto* s = vertices[random() % vertices.size()];
+            auto* e = graph.createEdge(s, vertices[random() % vertices.size()]);
+            e->setLabel(labels[random() % 3]);
+            edges.push_back(e);
+        } else if (choice == 3 && !edges.empty()) {
+            const std::size_t at = random() % edges.size();
+            ASSERT_TRUE(graph.removeEdge(edges[at]));
+            edges.erase(edges.begin() + static_cast<long>(at));
+        } else if (choice == 4) {
+            vertices[random() % vertices.size()]->setLabel(labels[random() % 3]);
+        } else if (choice == 5 && vertices.size() > 2) {
+            const std::size_t at = random() % vertices.size();
+            DirectedGraphVertex* v = vertices[at];
+            bool lingering = false;
+            for (const auto& e : v->incoming())
+                lingering = lingering || !e.inGraph();
+            // Edges touching it, as the lists said before.
+            std::vector<DirectedGraphEdge*> kept;
+            for (auto* e : edges) {
+                if (e->source() != v && e->target() != v)
+                    kept.push_back(e);
+            }
+            const bool removed = graph.removeVertex(v);
+            if (!lingering) {
+                ASSERT_TRUE(removed);
+                edges = kept;
+                vertices.erase(vertices.begin() + static_cast<long>(at));
+            } else {
+                ASSERT_FALSE(removed);
+                // Some of its edges may have gone before the stop: re-read the edge list.
+                edges = pointers(graph.edges());
+            }
+        }
+        ASSERT_TRUE(graphIsConsistent(graph)) << "after step " << step;
+        ASSERT_EQ(graph.vertexCount(), vertices.size());
+        ASSERT_EQ(graph.edgeCount(), edges.size());
+    }
+}
+
+}  // namespace
+}  // namespace vellum

@@ -1,0 +1,68 @@
+// vellum-cli convert IN OUT: reads IN with the reader of its extension and writes what it read
+// to OUT with the writer of OUT's extension. The readers' and writers' console messages go to
+// standard output; exit status 1 when reading or writing failed.
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include "graph/DirectedGraph.h"
+#include "graph/GraphReader.h"
+#include "graph/GraphWriter.h"
+#include "tools/cli/Commands.h"
+
+namespace vellum::cli {
+namespace {
+
+int usage(const std::string& problem) {
+    for (const Command& command : commands()) {
+        if (std::string_view(command.name) == "convert")
+            return usageError(command, problem);
+    }
+    return kExitUsage;
+}
+
+bool endsWith(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+bool convertGraph(const std::string& in, const std::string& out) {
+    DirectedGraph graph;
+    return loadGraph(in, graph) && saveGraph(graph, out);
+}
+
+struct Conversion {
+    const char* from;
+    const char* to;
+    bool (*run)(const std::string& in, const std::string& out);
+};
+
+// The conversions that convert knows, by the extensions of input and output.
+constexpr Conversion kConversions[] = {
+    {".dg", ".dg", convertGraph},
+};
+
+}  // namespace
+
+int runConvert(const Arguments& arguments) {
+    if (arguments.size() != 2)
+        return usage("expected an input and an output file");
+    const std::string& in = arguments[0];
+    const std::string& out = arguments[1];
+    for (const Conversion& conversion : kConversions) {
+        if (!endsWith(in, conversion.from) || !endsWith(out, conversion.to))
+            continue;
+        if (!std::ifstream(in)) {
+            std::cerr << "vellum-cli convert: cannot open '" << in << "'\n";
+            return kExitFailed;
+        }
+        const bool done = conversion.run(in, out);
+        std::cout.flush();
+        return done ? kExitOk : kExitFailed;
+    }
+    std::cerr << "vellum-cli convert: cannot convert '" << in << "' to '" << out
+              << "' (known: .dg to .dg)\n";
+    return kExitFailed;
+}
+
+}  // namespace vellum::cli
