@@ -6,18 +6,20 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "grammar/ExpressionFunction.h"
+#include "grammar/SharedLibrary.h"
 
 namespace vellum {
 
 class FunctionLibrary {
   public:
     // The library of that name, shared with every other expression that holds it, or null when it
-    // cannot be loaded. Tried in order: the name as given, then with ".so" appended, first through
-    // the system loader's own search (LD_LIBRARY_PATH, the system folders), then in the bundled
-    // plug-in folder. No message is written; the caller reports.
+    // cannot be loaded. Found as SharedLibrary::open() finds it: the name as given, then with
+    // ".so" appended, first through the system loader's own search (LD_LIBRARY_PATH, the system
+    // folders), then in the bundled plug-in folder. No message is written; the caller reports.
     static std::shared_ptr<FunctionLibrary> open(const std::string& name);
 
     // The file names open() tries for `name`, in order.
@@ -28,8 +30,7 @@ class FunctionLibrary {
         friend class FunctionLibrary;
         explicit Key() = default;
     };
-    FunctionLibrary(Key, void* handle) : handle_(handle) {}
-    ~FunctionLibrary();
+    FunctionLibrary(Key, SharedLibrary library) : library_(std::move(library)) {}
     FunctionLibrary(const FunctionLibrary&) = delete;
     FunctionLibrary& operator=(const FunctionLibrary&) = delete;
 
@@ -37,7 +38,7 @@ class FunctionLibrary {
     ExpressionFunction function(const std::string& name) const;
 
   private:
-    void* handle_;  // never null: a library that did not load is never constructed
+    SharedLibrary library_;  // always loaded: a library that did not load is never constructed
 };
 
 }  // namespace vellum

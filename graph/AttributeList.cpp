@@ -11,6 +11,18 @@ bool AttributeList::add(std::unique_ptr<Attribute> attribute) {
     return true;
 }
 
+void AttributeList::replace(std::unique_ptr<Attribute> attribute) {
+    if (!attribute)
+        return;
+    for (auto& item : items_) {
+        if (item->name() == attribute->name()) {
+            item = std::move(attribute);
+            return;
+        }
+    }
+    items_.push_back(std::move(attribute));
+}
+
 Attribute* AttributeList::find(std::string_view name) const {
     for (const auto& item : items_) {
         if (item->name() == name)

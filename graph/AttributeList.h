@@ -58,6 +58,9 @@ class AttributeList {
     // Appends the attribute unless one of the same name (exact comparison) is already there;
     // false then, and the given attribute is destroyed.
     bool add(std::unique_ptr<Attribute> attribute);
+    // Puts the attribute in the place of the one of the same name, which is destroyed, or
+    // appends it when there is none. Invalidates pointers to the replaced attribute.
+    void replace(std::unique_ptr<Attribute> attribute);
     // The first attribute of that name, or null.
     Attribute* find(std::string_view name) const;
     // Destroys the attribute of that name; false when there is none. Invalidates pointers to it.

@@ -37,6 +37,7 @@ bool DirectedGraph::contains(const GraphObject& object) const {
 
 DirectedGraphVertex* DirectedGraph::createVertex() {
     std::unique_ptr<DirectedGraphVertex> vertex(new DirectedGraphVertex(labels_.emptyLabel()));
+    vertex->serial_ = nextSerial_++;
     vertices_.pushBack(*vertex);
     labels_.enter(*vertex);
     return vertex.release();
@@ -48,6 +49,7 @@ DirectedGraphEdge* DirectedGraph::createEdge(DirectedGraphVertex* source,
         return nullptr;
     std::unique_ptr<DirectedGraphEdge> edge(
         new DirectedGraphEdge(labels_.emptyLabel(), *source, *target));
+    edge->serial_ = nextSerial_++;
     edges_.pushBack(*edge);
     source->outgoing_.pushBack(*edge);
     target->incoming_.pushBack(*edge);

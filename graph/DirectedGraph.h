@@ -20,6 +20,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -46,6 +47,10 @@ class DirectedGraph {
 
     // "DirectedGraph"; graph classes of extension libraries name themselves.
     virtual const std::string& className() const;
+
+    // Whether rules may be applied to the graph now; graph classes of extension libraries may
+    // refuse (rule application then gives result 2). Always true here.
+    virtual bool isReady() const { return true; }
 
     // A new vertex with an empty label and no attributes, appended to the vertex list.
     DirectedGraphVertex* createVertex();
@@ -110,6 +115,7 @@ class DirectedGraph {
     IntrusiveList<DirectedGraphVertex, GraphListTag> detached_;
     DirectedGraphVertex* vertexCursor_ = nullptr;  // the vertex nextVertex() returns
     DirectedGraphEdge* edgeCursor_ = nullptr;      // the edge nextEdge() returns
+    std::uint64_t nextSerial_ = 1;                 // the serial of the next element created
 };
 
 }  // namespace vellum

@@ -24,6 +24,14 @@ bool GraphObject::addAttribute(std::unique_ptr<Attribute> attribute) {
     return attributes_->add(std::move(attribute));
 }
 
+void GraphObject::setAttribute(std::unique_ptr<Attribute> attribute) {
+    if (!attribute)
+        return;
+    if (!attributes_)
+        attributes_ = std::make_unique<AttributeList>();
+    attributes_->replace(std::move(attribute));
+}
+
 Attribute* GraphObject::findAttribute(std::string_view name) const {
     return attributes_ ? attributes_->find(name) : nullptr;
 }

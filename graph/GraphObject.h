@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -54,6 +55,14 @@ class GraphObject : public ListHook<GraphListTag>, public ListHook<LabelTag> {
     AttributeRange<Attribute> attributes();
     std::size_t attributeCount() const;
 
+    // Appends the attribute, or replaces the one of the same name in its place.
+    void setAttribute(std::unique_ptr<Attribute> attribute);
+
+    // The object's place in its graph's creation order: larger for later objects, so it orders
+    // the vertex list and the edge list (which only append) in constant time. 0 before the
+    // graph gives it one.
+    std::uint64_t serial() const { return serial_; }
+
     // Client data (the rule model's); null for host graphs.
     ObjectExtension* extension() const { return extension_.get(); }
     void setExtension(std::unique_ptr<ObjectExtension> extension) {
@@ -70,6 +79,7 @@ class GraphObject : public ListHook<GraphListTag>, public ListHook<LabelTag> {
     LabelBucket* label_;                         // never null: the empty label has a bucket too
     std::unique_ptr<AttributeList> attributes_;  // null while there are none
     std::unique_ptr<ObjectExtension> extension_;
+    std::uint64_t serial_ = 0;
 };
 
 }  // namespace vellum

@@ -17,6 +17,8 @@ import tempfile
 def wanted(meta, kinds, extensions):
     if meta.get('kind') not in kinds:
         return False
+    if meta['kind'] == 'eval':
+        return True  # its arguments are expressions and bindings, not files
     files = [a for a in meta.get('args', [])[1:] if '.' in a and not a.startswith('-')]
     return all(os.path.splitext(f)[1] in extensions for f in files if f != 'OUT')
 

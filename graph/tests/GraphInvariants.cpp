@@ -1,6 +1,7 @@
 #include "GraphInvariants.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <sstream>
 #include <vector>
@@ -69,6 +70,17 @@ void checkVertex(const DirectedGraphVertex& vertex, const std::set<const Directe
         problems << "degrees disagree with the lists\n";
 }
 
+// Serials grow along a list: they are what orders occurrences by list position.
+template <typename View>
+void serialsIncrease(const View& view, std::ostream& problems, const char* what) {
+    std::uint64_t previous = 0;
+    for (const auto& element : view) {
+        if (element.serial() <= previous)
+            problems << what << ": serials do not increase along the list\n";
+        previous = element.serial();
+    }
+}
+
 // Every element is listed under its own label, and the per-label counts add up.
 template <typename Elements, typename ByLabel, typename Count>
 void checkLabels(const Elements& elements, ByLabel byLabel, Count count, std::ostream& problems) {
@@ -99,6 +111,8 @@ void checkLabels(const Elements& elements, ByLabel byLabel, Count count, std::os
     std::ostringstream problems;
     linkedBothWays(graph.vertices(), problems, "vertex list");
     linkedBothWays(graph.edges(), problems, "edge list");
+    serialsIncrease(graph.vertices(), problems, "vertex list");
+    serialsIncrease(graph.edges(), problems, "edge list");
     std::set<const DirectedGraphVertex*> vertices;
     for (const DirectedGraphVertex& vertex : graph.vertices()) {
         if (!graph.contains(vertex) || !vertices.insert(&vertex).second)

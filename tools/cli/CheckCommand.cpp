@@ -1,6 +1,7 @@
 // vellum-cli check FILE...: reads each file with the reader that its extension names, lets the
 // readers' console messages through to standard output and prints one summary line for each
-// file read ("FILE: N vertices, M edges" for a graph). Exit status 1 when any file failed.
+// file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule). Exit
+// status 1 when any file failed.
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
+#include "graph/RuleReader.h"
 #include "tools/cli/Commands.h"
 
 namespace vellum::cli {
@@ -34,6 +36,14 @@ bool checkGraph(const std::string& file) {
     return true;
 }
 
+bool checkRule(const std::string& file) {
+    const std::unique_ptr<DirectedGraphRule> rule = loadRule(file);
+    if (rule == nullptr)
+        return false;
+    std::cout << file << ": rule '" << rule->name() << "'\n";
+    return true;
+}
+
 struct Reader {
     const char* extension;
     bool (*check)(const std::string& file);
@@ -42,6 +52,7 @@ struct Reader {
 // The file types that check knows, by extension.
 constexpr Reader kReaders[] = {
     {".dg", checkGraph},
+    {".drl", checkRule},
 };
 
 const Reader* readerFor(const std::string& file) {
@@ -55,7 +66,7 @@ const Reader* readerFor(const std::string& file) {
 bool checkFile(const std::string& file) {
     const Reader* reader = readerFor(file);
     if (reader == nullptr) {
-        std::cerr << "vellum-cli check: '" << file << "' has no known file type (.dg)\n";
+        std::cerr << "vellum-cli check: '" << file << "' has no known file type (.dg, .drl)\n";
         return false;
     }
     if (!std::ifstream(file)) {

@@ -9,6 +9,9 @@ const std::vector<Command>& commands() {
         {"eval", "EXPR [NAME=VALUE ...]", runEval},
         {"check", "FILE...", runCheck},
         {"convert", "IN OUT", runConvert},
+        {"match", "RULE GRAPH", runMatch},
+        {"apply", "RULE GRAPH [--mode 0|1|2] [-o OUT]", runApply},
+        {"layout", "NAME GRAPH [-o OUT] | --list", runLayout},
     };
     return table;
 }

@@ -28,6 +28,13 @@ int runEval(const Arguments& arguments);
 int runCheck(const Arguments& arguments);
 // `convert IN OUT`: reads IN and writes it to OUT in the format of OUT's extension.
 int runConvert(const Arguments& arguments);
+// `match RULE GRAPH`: lists every occurrence of the rule's left-hand side in the graph.
+int runMatch(const Arguments& arguments);
+// `apply RULE GRAPH [--mode 0|1|2] [-o OUT]`: applies the rule once in that mode.
+int runApply(const Arguments& arguments);
+// `layout NAME GRAPH [-o OUT]`: lays the graph out with the named algorithm and writes it (to
+// OUT, else to standard output); `layout --list` prints "NAME DESCRIPTION" per algorithm.
+int runLayout(const Arguments& arguments);
 
 constexpr int kExitOk = 0;
 constexpr int kExitFailed = 1;

@@ -9,6 +9,8 @@
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
+#include "graph/RuleReader.h"
+#include "graph/RuleWriter.h"
 #include "tools/cli/Commands.h"
 
 namespace vellum::cli {
@@ -31,6 +33,11 @@ bool convertGraph(const std::string& in, const std::string& out) {
     return loadGraph(in, graph) && saveGraph(graph, out);
 }
 
+bool convertRule(const std::string& in, const std::string& out) {
+    const std::unique_ptr<DirectedGraphRule> rule = loadRule(in);
+    return rule != nullptr && saveRule(*rule, out);
+}
+
 struct Conversion {
     const char* from;
     const char* to;
@@ -40,6 +47,7 @@ struct Conversion {
 // The conversions that convert knows, by the extensions of input and output.
 constexpr Conversion kConversions[] = {
     {".dg", ".dg", convertGraph},
+    {".drl", ".drl", convertRule},
 };
 
 }  // namespace
@@ -61,7 +69,7 @@ int runConvert(const Arguments& arguments) {
         return done ? kExitOk : kExitFailed;
     }
     std::cerr << "vellum-cli convert: cannot convert '" << in << "' to '" << out
-              << "' (known: .dg to .dg)\n";
+              << "' (known: .dg to .dg, .drl to .drl)\n";
     return kExitFailed;
 }
 

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <string>
 
+#include "koral/BundledDefaults.h"
 #include "tools/cli/Commands.h"
 
 namespace {
@@ -25,6 +26,7 @@ void printUsage(std::ostream& out) {
 
 int main(int argc, char** argv) {
     using namespace vellum::cli;
+    vellum::applyBundledDefaults();
     if (argc < 2) {
         printUsage(std::cerr);
         return kExitUsage;

@@ -1,0 +1,49 @@
+// Finds the occurrences of a pattern (a rule's left-hand side) in host graphs: all of them in
+// the defined order, or the first one, in search-plan order, that a caller's test accepts.
+// The pattern graph must outlive the matcher and stay unchanged. Not for concurrent use.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "graph/GraphMorphism.h"
+#include "graph/PatternStructure.h"
+#include "graph/SearchPlan.h"
+
+namespace vellum {
+
+// An occurrence maps the pattern's vertices injectively to host vertices with the same label
+// ("*" matches any), no fewer incoming and outgoing edges, and an edge wherever the pattern has
+// one; the pattern's edges are then paired with host edges, first come first served among
+// parallel edges (a single host edge may serve several parallel pattern edges).
+class Matcher {
+  public:
+    explicit Matcher(DirectedGraph& pattern);
+    ~Matcher();
+    Matcher(const Matcher&) = delete;
+    Matcher& operator=(const Matcher&) = delete;
+
+    // Every occurrence, ordered lexicographically by the host list positions of the images of
+    // the pattern vertices, taken in pattern order. An empty pattern gives one empty morphism.
+    std::vector<GraphMorphism> findAll(DirectedGraph& host) const;
+
+    using Acceptor = std::function<bool(const GraphMorphism& occurrence)>;
+    // The first occurrence in search-plan order that `accept` takes, into `occurrence`; false
+    // when there is none (then `occurrence` is unspecified). Deterministic for a given host.
+    bool findFirst(DirectedGraph& host, GraphMorphism& occurrence, const Acceptor& accept) const;
+
+    const PatternStructure& pattern() const { return pattern_; }
+
+  private:
+    // The plan starting at the pattern vertex with the fewest candidates in `host`.
+    const SearchPlan& planFor(const DirectedGraph& host) const;
+
+    PatternStructure pattern_;
+    mutable std::vector<std::unique_ptr<SearchPlan>> plans_;  // by start vertex, made on use
+};
+
+// Orders occurrences as findAll() does; both must pair the same pattern vertices in order.
+bool precedes(const GraphMorphism& a, const GraphMorphism& b);
+
+}  // namespace vellum

@@ -1,0 +1,269 @@
+#include "graph/OccurrenceSearch.h"
+
+#include <algorithm>
+
+namespace vellum {
+namespace {
+
+// True when `from` has an edge to `to`; walks the shorter of the two lists.
+bool hasEdge(const DirectedGraphVertex& from, const DirectedGraphVertex& to) {
+    if (from.outDegree() <= to.inDegree()) {
+        for (const DirectedGraphEdge& edge : from.outgoing()) {
+            if (edge.target() == &to)
+                return true;
+        }
+        return false;
+    }
+    for (const DirectedGraphEdge& edge : to.incoming()) {
+        if (edge.source() == &from && edge.inGraph())
+            return true;
+    }
+    return false;
+}
+
+bool labelFits(const std::string* wanted, const GraphObject& host) {
+    return wanted == nullptr || &host.label() == wanted;
+}
+
+}  // namespace
+
+OccurrenceSearch::OccurrenceSearch(const PatternStructure& pattern, const SearchPlan& plan,
+                                   DirectedGraph& host)
+    : pattern_(pattern), plan_(plan), host_(host) {}
+
+bool OccurrenceSearch::resolveLabels() {
+    // A label that no host vertex (edge) has makes every occurrence impossible.
+    for (const PlanStep& step : plan_.steps()) {
+        const std::string* text = nullptr;
+        if (step.label != nullptr) {
+            const auto listed = host_.verticesWithLabel(*step.label);
+            if (listed.empty())
+                return false;
+            text = &listed.front()->label();
+        }
+        stepLabels_.push_back(text);
+    }
+    for (const PatternEdge& edge : pattern_.edges()) {
+        const std::string* text = nullptr;
+        if (!isWildcard(edge.edge->label())) {
+            const auto listed = host_.edgesWithLabel(edge.edge->label());
+            if (listed.empty())
+                return false;
+            text = &listed.front()->label();
+        }
+        edgeLabels_.push_back(text);
+    }
+    return true;
+}
+
+bool OccurrenceSearch::start() {
+    const std::size_t count = plan_.steps().size();
+    levels_.resize(count);
+    images_.assign(count, nullptr);
+    vertexImages_.assign(pattern_.vertexCount(), nullptr);
+    if (!resolveLabels())
+        return false;
+    depth_ = 0;
+    open(0);
+    return true;
+}
+
+bool OccurrenceSearch::next(GraphMorphism& occurrence) {
+    if (state_ == State::Done)
+        return false;
+    if (plan_.steps().empty()) {
+        // The empty pattern occurs once, as the empty morphism.
+        occurrence.clear();
+        state_ = State::Done;
+        return true;
+    }
+    if (state_ == State::Fresh) {
+        state_ = State::Searching;
+        if (!start()) {
+            state_ = State::Done;
+            return false;
+        }
+    }
+    const int last = static_cast<int>(plan_.steps().size()) - 1;
+    while (depth_ >= 0) {
+        DirectedGraphVertex* candidate = take(static_cast<std::size_t>(depth_));
+        if (candidate == nullptr) {
+            --depth_;
+            continue;
+        }
+        images_[static_cast<std::size_t>(depth_)] = candidate;
+        if (depth_ < last) {
+            ++depth_;
+            open(static_cast<std::size_t>(depth_));
+            continue;
+        }
+        if (mapEdges(occurrence))
+            return true;
+    }
+    state_ = State::Done;
+    return false;
+}
+
+void OccurrenceSearch::open(std::size_t step) {
+    Level& level = levels_[step];
+    const PlanStep& plan = plan_.steps()[step];
+    level.candidates.clear();
+    level.next = 0;
+    level.anchor = -1;
+    if (!plan.links.empty()) {
+        collectNeighbours(step, level);
+    } else if (plan.label != nullptr) {
+        const auto listed = host_.verticesWithLabel(*plan.label);
+        level.source = Source::Label;
+        level.labelAt = listed.begin();
+        level.labelEnd = listed.end();
+    } else {
+        level.source = Source::All;
+        level.allAt = host_.vertices().begin();
+        level.allEnd = host_.vertices().end();
+    }
+}
+
+void OccurrenceSearch::collectNeighbours(std::size_t step, Level& level) {
+    const PlanStep& plan = plan_.steps()[step];
+    // The link whose image has the fewest edges in the direction needed.
+    std::size_t fewest = 0;
+    for (std::size_t i = 0; i < plan.links.size(); ++i) {
+        const DirectedGraphVertex& image = *images_[plan.links[i].step];
+        const bool from = plan.links[i].tie == Tie::FromEarlier;
+        const std::size_t size = from ? image.outDegree() : image.inDegree();
+        if (level.anchor < 0 || size < fewest) {
+            level.anchor = static_cast<int>(i);
+            fewest = size;
+        }
+    }
+    level.source = Source::Neighbours;
+    const PlanLink& link = plan.links[static_cast<std::size_t>(level.anchor)];
+    const DirectedGraphVertex& image = *images_[link.step];
+    auto consider = [&](DirectedGraphVertex* vertex) {
+        if (fitsLocally(step, *vertex))
+            level.candidates.push_back(vertex);
+    };
+    if (link.tie == Tie::FromEarlier) {
+        for (DirectedGraphEdge& edge : image.outgoing())
+            consider(edge.target());
+    } else {
+        for (DirectedGraphEdge& edge : image.incoming()) {
+            if (edge.inGraph())
+                consider(edge.source());
+        }
+    }
+    // Parallel edges name a neighbour more than once; creation order keeps the search
+    // deterministic.
+    if (level.candidates.size() > 1) {
+        auto& c = level.candidates;
+        std::sort(c.begin(), c.end(),
+                  [](const auto* a, const auto* b) { return a->serial() < b->serial(); });
+        c.erase(std::unique(c.begin(), c.end()), c.end());
+    }
+}
+
+DirectedGraphVertex* OccurrenceSearch::rawCandidate(Level& level) {
+    switch (level.source) {
+        case Source::Neighbours:
+            return level.next < level.candidates.size() ? level.candidates[level.next++] : nullptr;
+        case Source::Label:
+            return level.labelAt == level.labelEnd ? nullptr : &*level.labelAt++;
+        case Source::All:
+            return level.allAt == level.allEnd ? nullptr : &*level.allAt++;
+    }
+    return nullptr;
+}
+
+DirectedGraphVertex* OccurrenceSearch::take(std::size_t step) {
+    Level& level = levels_[step];
+    const bool prefiltered = level.source == Source::Neighbours;
+    while (DirectedGraphVertex* candidate = rawCandidate(level)) {
+        if (!prefiltered && !fitsLocally(step, *candidate))
+            continue;
+        if (fitsLinks(step, level.anchor, *candidate))
+            return candidate;
+    }
+    return nullptr;
+}
+
+bool OccurrenceSearch::fitsLocally(std::size_t step, const DirectedGraphVertex& host) const {
+    const PlanStep& plan = plan_.steps()[step];
+    if (plan.outDegree > host.outDegree() || plan.inDegree > host.inDegree())
+        return false;
+    if (!labelFits(stepLabels_[step], host))
+        return false;
+    const auto mapped = images_.begin() + static_cast<std::ptrdiff_t>(step);
+    return std::find(images_.begin(), mapped, &host) == mapped;
+}
+
+bool OccurrenceSearch::fitsLinks(std::size_t step, int skipLink,
+                                 const DirectedGraphVertex& host) const {
+    const PlanStep& plan = plan_.steps()[step];
+    if (plan.hasLoop && !hasEdge(host, host))
+        return false;
+    for (std::size_t i = 0; i < plan.links.size(); ++i) {
+        if (static_cast<int>(i) == skipLink)
+            continue;
+        const DirectedGraphVertex& other = *images_[plan.links[i].step];
+        const bool linked =
+            plan.links[i].tie == Tie::FromEarlier ? hasEdge(other, host) : hasEdge(host, other);
+        if (!linked)
+            return false;
+    }
+    return true;
+}
+
+DirectedGraphEdge* OccurrenceSearch::chooseEdge(const DirectedGraphVertex& from,
+                                                const DirectedGraphVertex& to) const {
+    // Both lists keep creation order, so either gives the edges from -> to in the order of the
+    // outgoing list. One edge is taken even when already paired; of several, the first that is
+    // not yet paired.
+    std::size_t count = 0;
+    DirectedGraphEdge* single = nullptr;
+    DirectedGraphEdge* firstFree = nullptr;
+    auto see = [&](DirectedGraphEdge& edge) {
+        if (++count == 1)
+            single = &edge;
+        if (firstFree == nullptr &&
+            std::find(edgeImages_.begin(), edgeImages_.end(), &edge) == edgeImages_.end())
+            firstFree = &edge;
+    };
+    if (from.outDegree() <= to.inDegree()) {
+        for (DirectedGraphEdge& edge : from.outgoing()) {
+            if (edge.target() == &to)
+                see(edge);
+        }
+    } else {
+        for (DirectedGraphEdge& edge : to.incoming()) {
+            if (edge.source() == &from && edge.inGraph())
+                see(edge);
+        }
+    }
+    return count == 1 ? single : firstFree;
+}
+
+bool OccurrenceSearch::mapEdges(GraphMorphism& occurrence) {
+    const auto& steps = plan_.steps();
+    for (std::size_t s = 0; s < steps.size(); ++s)
+        vertexImages_[static_cast<std::size_t>(steps[s].vertex)] = images_[s];
+    edgeImages_.clear();
+    const auto& edges = pattern_.edges();
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        const DirectedGraphVertex& from = *vertexImages_[static_cast<std::size_t>(edges[i].source)];
+        const DirectedGraphVertex& to = *vertexImages_[static_cast<std::size_t>(edges[i].target)];
+        DirectedGraphEdge* image = chooseEdge(from, to);
+        if (image == nullptr || !labelFits(edgeLabels_[i], *image))
+            return false;
+        edgeImages_.push_back(image);
+    }
+    occurrence.clear();
+    const auto& vertices = pattern_.vertices();
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        occurrence.addVertexPair(vertices[i], vertexImages_[i]);
+    for (std::size_t i = 0; i < edges.size(); ++i)
+        occurrence.addEdgePair(edges[i].edge, edgeImages_[i]);
+    return true;
+}
+
+}  // namespace vellum

@@ -1,0 +1,31 @@
+// The two tests an occurrence must pass before a rule is applied there: the dangling test
+// (no host vertex is deleted while it has an edge that the occurrence does not account for)
+// and the application condition, evaluated with the rule's variables bound to the matched
+// host objects. A condition that cannot be evaluated, or gives no boolean, fails; the first
+// such problem is reported on the console, later ones of the same object are not.
+#pragma once
+
+#include <string>
+
+#include "graph/PreparedRule.h"
+
+namespace vellum {
+
+class OccurrenceTests {
+  public:
+    OccurrenceTests(const PreparedRule& rule, std::string ruleName);
+
+    // Both tests, the dangling test first.
+    bool passes(const GraphMorphism& occurrence);
+    bool danglingFree(const GraphMorphism& occurrence) const;
+    bool conditionHolds(const GraphMorphism& occurrence);
+
+  private:
+    bool fail(const std::string& problem);
+
+    const PreparedRule& rule_;
+    std::string ruleName_;
+    bool reported_ = false;
+};
+
+}  // namespace vellum

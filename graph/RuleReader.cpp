@@ -1,0 +1,447 @@
+#include "graph/RuleReader.h"
+
+#include "grammar/Console.h"
+#include "grammar/ParseReport.h"
+#include "graph/AttributeExpression.h"
+#include "graph/BooleanAttribute.h"
+#include "graph/IntegerAttribute.h"
+#include "graph/NumberText.h"
+#include "graph/RealAttribute.h"
+#include "graph/RuleObjectData.h"
+#include "graph/StringAttribute.h"
+#include "graph/VectorAttribute.h"
+
+namespace vellum {
+namespace {
+
+// The tokens, in the order the scanner tries them: keywords before the identifier, "->" before
+// a negative number.
+constexpr const char* kRuleTokens = R"TOKENS(
+$COMMENT : 0 = "%" {"$CHAR$"}.
+$LGRAPHRULE : 16 = "directed graphrule".
+$LVERTEX : 2 = "vertex".
+$LBOOLEAN : 3 = "boolean".
+$LTRUE : 4 = "true".
+$LFALSE : 5 = "false".
+$LINTEGER : 6 = "integer".
+$LREAL : 7 = "real".
+$LSTRING : 8 = "string".
+$LVECTOR : 9 = "vector".
+$LINPUT : 10 = "input".
+$LOUTPUT : 11 = "output".
+$LEDGE : 12 = "edge".
+$LARROW : 13 = "\->".
+$LLABEL : 14 = "label".
+$LARROW1 : 15 = "<\->".
+$LANCHOR : 17 = "interface".
+$LLEFTSIDE : 20 = "left\-hand side".
+$LRIGHTSIDE : 21 = "right\-hand side".
+$LAPPCOND : 22 = "application condition".
+$EXPRESSION : 23 = "[" {(INTERNAL | "#]")} "]".
+$WILDCARD : 24 = "*".
+$LREF : 25 = "@".
+$NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
+$IDENTIFIER : 1001 = CHARS.
+$LLSTRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
+$INTERNAL : 1003 = "\\" "$CHAR$".
+CHARS = LETTER {LETTER | DIGITS09 | "_"}.
+DIGITS09 = "0-9".
+DIGITS19 = "1-9".
+LETTER = "a-z" | "A-Z".
+.)TOKENS";
+
+constexpr const char* kRuleGrammar = R"GRAMMAR(
+GRAPHRULE = $LGRAPHRULE $IDENTIFIER <50> "{" RULE "}".
+RULE = <51> <0> $LLEFTSIDE GRAPH ANCHOR <52> <0> $LRIGHTSIDE GRAPH <53> [APPCOND].
+ANCHOR = $LANCHOR "{" { ASSIGN } "}".
+ASSIGN = ($LVERTEX | $LEDGE) $NUMBER $LARROW1 $NUMBER <54>.
+GRAPH = "{" VERTICES EDGES "}".
+VERTICES = { VERTEX }.
+EDGES = { EDGE }.
+VERTEX = $LVERTEX [$LREF] $NUMBER <2> [$LREF $NUMBER <14>] ["=" $IDENTIFIER <12>] ["{" [LABEL] {ATTRIBUTE} "}"] .
+ATTRIBUTE = BOOLEAN | INTEGER | REAL | STRING | VECTOR.
+LABEL = $LLABEL ($IDENTIFIER | $WILDCARD) <11>.
+BOOLEAN = $LBOOLEAN $IDENTIFIER "=" ($LTRUE | $LFALSE | $EXPRESSION) <3>.
+INTEGER = $LINTEGER $IDENTIFIER "=" ($NUMBER | $EXPRESSION) <4>.
+REAL = $LREAL $IDENTIFIER "=" ($NUMBER | $EXPRESSION)<5>.
+STRING = $LSTRING $IDENTIFIER "=" ($LLSTRING | $EXPRESSION) <6>.
+VECTOR = $LVECTOR $IDENTIFIER <7> "=" "(" { $NUMBER <8>} ")" <9>.
+EDGE = $LEDGE $NUMBER ":" $NUMBER $LARROW $NUMBER <10> ["=" $IDENTIFIER <12>] ["{" [LABEL] {ATTRIBUTE} "}"] .
+APPCOND = $LAPPCOND "=" $EXPRESSION <13>.
+#GRAPHRULE.
+)GRAMMAR";
+
+// The action numbers of the grammar above.
+enum Action : int {
+    kClearGraph = 0,
+    kVertex = 2,
+    kBoolean = 3,
+    kInteger = 4,
+    kReal = 5,
+    kString = 6,
+    kVectorStart = 7,
+    kVectorElement = 8,
+    kVectorEnd = 9,
+    kEdge = 10,
+    kLabel = 11,
+    kVariable = 12,
+    kCondition = 13,
+    kReference = 14,
+    kRuleName = 50,
+    kLeftSide = 51,
+    kRightSide = 52,
+    kInterfaceEnd = 53,
+    kInterfacePair = 54,
+};
+
+// Token codes the actions look at.
+constexpr int kTrueCode = 4;
+constexpr int kFalseCode = 5;
+constexpr int kVertexCode = 2;
+constexpr int kExpressionCode = 23;
+constexpr int kReferenceCode = 25;
+constexpr const char* kNumberAttribute = "__ID__";
+
+// The expression between the brackets of an $EXPRESSION token.
+std::string expressionText(std::string_view token) {
+    if (token.size() >= 2)
+        token = token.substr(1, token.size() - 2);
+    return std::string(token);
+}
+
+template <typename T>
+T* numbered(const std::unordered_map<std::int32_t, T*>& map, std::int32_t number) {
+    const auto at = map.find(number);
+    return at == map.end() ? nullptr : at->second;
+}
+
+}  // namespace
+
+RuleReader::RuleReader() {
+    loadGrammar(kRuleGrammar, kRuleTokens);
+}
+
+void RuleReader::reset(DirectedGraphRule& rule) {
+    rule_ = &rule;
+    side_ = Side::None;
+    graph_ = nullptr;
+    current_ = nullptr;
+    currentVertex_ = nullptr;
+    pairs_.clear();
+    leftVertices_.clear();
+    rightVertices_.clear();
+    leftEdges_.clear();
+    rightEdges_.clear();
+}
+
+bool RuleReader::read(const std::string& fileName, DirectedGraphRule& rule) {
+    reset(rule);
+    std::string excerpt;
+    long position = 0;
+    const bool ok = parseFile(fileName, kExcerptBefore, kExcerptAfter, excerpt, position);
+    if (ok)
+        removeNumbers();
+    reset(rule);
+    rule_ = nullptr;
+    if (!ok) {
+        reportSyntaxError("File", fileName, position, lineNumber(), excerpt);
+        return false;
+    }
+    return true;
+}
+
+void RuleReader::removeNumbers() {
+    for (DirectedGraph* side : {&rule_->editLeftSide(), &rule_->editRightSide()}) {
+        for (DirectedGraphVertex& vertex : side->vertices())
+            vertex.removeAttribute(kNumberAttribute);
+        for (DirectedGraphEdge& edge : side->edges())
+            edge.removeAttribute(kNumberAttribute);
+    }
+}
+
+int RuleReader::onAction(int number) {
+    switch (number) {
+        case kRuleName:
+            return setName();
+        case kLeftSide:
+            return startLeftSide();
+        case kClearGraph:
+            return clearCurrentGraph();
+        case kRightSide:
+            return startRightSide();
+        case kInterfaceEnd:
+            return resolveInterface();
+        case kInterfacePair:
+            return addInterfacePair();
+        case kVertex:
+            return addVertex();
+        case kReference:
+            return addReference();
+        case kVariable:
+            return setVariable();
+        case kLabel:
+            return setLabel();
+        case kBoolean:
+            return addBoolean();
+        case kInteger:
+        case kReal:
+        case kString:
+            return addScalar(number);
+        case kVectorStart:
+            return startVector();
+        case kVectorElement:
+            return addVectorElement();
+        case kVectorEnd:
+            return finishVector();
+        case kEdge:
+            return addEdge();
+        case kCondition:
+            return setCondition();
+        default:
+            console() << "Unkown callback number !!!\n";
+            return 0;
+    }
+}
+
+std::string_view RuleReader::tokenText(std::size_t k) const {
+    const TokenRecord* record = token(k);
+    return record != nullptr ? std::string_view(record->text) : std::string_view();
+}
+
+int RuleReader::tokenCode(std::size_t k) const {
+    const TokenRecord* record = token(k);
+    return record != nullptr ? record->code : -1;
+}
+
+bool RuleReader::isExpression(std::size_t k) const {
+    return tokenCode(k) == kExpressionCode;
+}
+
+bool RuleReader::setName() {
+    rule_->setName(std::string(tokenText(0)));
+    return true;
+}
+
+bool RuleReader::startLeftSide() {
+    side_ = Side::Left;
+    graph_ = &rule_->editLeftSide();
+    rule_->editInterface().clear();
+    pairs_.clear();
+    return true;
+}
+
+bool RuleReader::clearCurrentGraph() {
+    if (graph_ == nullptr)
+        return false;
+    graph_->clear();
+    current_ = nullptr;
+    currentVertex_ = nullptr;
+    verticesOfSide().clear();
+    edgesOfSide().clear();
+    return true;
+}
+
+bool RuleReader::startRightSide() {
+    side_ = Side::Right;
+    graph_ = &rule_->editRightSide();
+    current_ = nullptr;
+    currentVertex_ = nullptr;
+    return true;
+}
+
+bool RuleReader::addInterfacePair() {
+    const PairKind kind = tokenCode(3) == kVertexCode ? PairKind::Vertex : PairKind::Edge;
+    pairs_.push_back({kind, integerValue(tokenText(2)), integerValue(tokenText(0))});
+    return true;
+}
+
+bool RuleReader::resolveInterface() {
+    // A number that names no object leaves that side of the pair empty, without a message.
+    GraphMorphism& interface = rule_->editInterface();
+    interface.clear();
+    for (const NumberPair& pair : pairs_) {
+        if (pair.kind == PairKind::Vertex) {
+            interface.addVertexPair(numbered(leftVertices_, pair.left),
+                                    numbered(rightVertices_, pair.right));
+        } else {
+            interface.addEdgePair(numbered(leftEdges_, pair.left),
+                                  numbered(rightEdges_, pair.right));
+        }
+    }
+    return true;
+}
+
+bool RuleReader::addVertex() {
+    if (graph_ == nullptr)
+        return false;
+    const std::int32_t number = integerValue(tokenText(0));
+    DirectedGraphVertex* vertex = graph_->createVertex();
+    vertex->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
+    verticesOfSide().emplace(number, vertex);  // a later duplicate does not replace the first
+    current_ = currentVertex_ = vertex;
+    if (tokenCode(1) != kReferenceCode)
+        return true;
+    if (side_ == Side::Left) {
+        setForcedReference(*vertex, true);
+        return true;
+    }
+    console() << "WARNING!!!\n"
+              << "You can't force a reference to a node on the right hand side of the rule!\n"
+              << "Ignoring this time...\n";
+    return true;
+}
+
+bool RuleReader::addReference() {
+    if (side_ != Side::Right) {
+        console() << "You can't reference a node in the left hand side of the rule!!!\n";
+        return false;
+    }
+    const std::int32_t number = integerValue(tokenText(0));
+    DirectedGraphVertex* left = numbered(leftVertices_, number);
+    if (left == nullptr) {
+        console() << "Could not resolve the reference to vertex with the number '" << number
+                  << "' !!!\n";
+        return false;
+    }
+    if (currentVertex_ == nullptr)
+        return false;
+    setReference(*currentVertex_, left);
+    return true;
+}
+
+bool RuleReader::setVariable() {
+    if (side_ != Side::Left) {
+        console() << "Variables are only allowed on the left hand side of the rule!!!\n";
+        return false;
+    }
+    if (current_ == nullptr)
+        return false;
+    vellum::setVariable(*current_, std::string(tokenText(0)));
+    return true;
+}
+
+bool RuleReader::setLabel() {
+    if (current_ == nullptr)
+        return false;
+    current_->setLabel(tokenText(0));
+    return true;
+}
+
+bool RuleReader::addBoolean() {
+    if (isExpression(0))
+        return addExpressionAttribute(kBoolean);
+    const int code = tokenCode(0);
+    if (current_ == nullptr || (code != kTrueCode && code != kFalseCode))
+        return false;
+    current_->addAttribute(
+        std::make_unique<BooleanAttribute>(std::string(tokenText(1)), code == kTrueCode));
+    return true;
+}
+
+bool RuleReader::addScalar(int action) {
+    if (isExpression(0))
+        return addExpressionAttribute(action);
+    if (current_ == nullptr)
+        return false;
+    std::string name(tokenText(1));
+    const std::string_view value = tokenText(0);
+    if (action == kInteger) {
+        current_->addAttribute(std::make_unique<IntegerAttribute>(name, integerValue(value)));
+    } else if (action == kReal) {
+        current_->addAttribute(std::make_unique<RealAttribute>(name, realValue(value)));
+    } else {
+        // The value is what stands between the quotes, as written.
+        const std::string_view text =
+            value.size() >= 2 ? value.substr(1, value.size() - 2) : std::string_view();
+        current_->addAttribute(std::make_unique<StringAttribute>(name, std::string(text)));
+    }
+    return true;
+}
+
+bool RuleReader::addExpressionAttribute(int action) {
+    if (side_ != Side::Right) {
+        console() << "Expressions are only allowed on the right hand side of the rule!!!\n";
+        return false;
+    }
+    if (!rule_->hasVariables()) {
+        console() << "No variables defined!!!\n";
+        return false;
+    }
+    if (current_ == nullptr)
+        return false;
+    std::string name(tokenText(1));
+    std::unique_ptr<Attribute> attribute;
+    switch (action) {
+        case kBoolean:
+            attribute = std::make_unique<BooleanAttribute>(name, false);
+            break;
+        case kInteger:
+            attribute = std::make_unique<IntegerAttribute>(name, 0);
+            break;
+        case kReal:
+            attribute = std::make_unique<RealAttribute>(name, 0.0);
+            break;
+        default:
+            attribute = std::make_unique<StringAttribute>(name, std::string());
+            break;
+    }
+    setExpression(*attribute, expressionText(tokenText(0)));
+    current_->addAttribute(std::move(attribute));
+    return true;
+}
+
+bool RuleReader::startVector() {
+    vectorName_ = std::string(tokenText(0));
+    vectorElements_.clear();
+    return true;
+}
+
+bool RuleReader::addVectorElement() {
+    vectorElements_.push_back(realValue(tokenText(0)));
+    return true;
+}
+
+bool RuleReader::finishVector() {
+    if (current_ == nullptr)
+        return false;
+    current_->addAttribute(std::make_unique<VectorAttribute>(vectorName_, vectorElements_));
+    return true;
+}
+
+bool RuleReader::addEdge() {
+    if (graph_ == nullptr)
+        return false;
+    const std::int32_t number = integerValue(tokenText(3));
+    const std::int32_t sourceNumber = integerValue(tokenText(2));
+    const std::int32_t targetNumber = integerValue(tokenText(0));
+    DirectedGraphVertex* source = numbered(verticesOfSide(), sourceNumber);
+    DirectedGraphVertex* target = numbered(verticesOfSide(), targetNumber);
+    if (source == nullptr)
+        console() << "Vertex with number '" << sourceNumber << "' not found!!!\n";
+    if (target == nullptr)
+        console() << "Vertex with number '" << targetNumber << "' not found!!!\n";
+    if (source == nullptr || target == nullptr)
+        return false;
+    DirectedGraphEdge* edge = graph_->createEdge(source, target);
+    if (edge == nullptr)
+        return false;
+    edge->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
+    edgesOfSide().emplace(number, edge);
+    current_ = edge;
+    return true;
+}
+
+bool RuleReader::setCondition() {
+    rule_->setCondition(expressionText(tokenText(0)));
+    return true;
+}
+
+std::unique_ptr<DirectedGraphRule> loadRule(const std::string& fileName) {
+    auto rule = std::make_unique<DirectedGraphRule>();
+    RuleReader reader;
+    if (!reader.read(fileName, *rule))
+        return nullptr;
+    return rule;
+}
+
+}  // namespace vellum

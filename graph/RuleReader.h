@@ -1,0 +1,92 @@
+// The reader of rule files (.drl): the grammar engine runs the GRAPHRULE grammar and tokens,
+// and the semantic actions build a DirectedGraphRule with the variables, forced-reference
+// marks, references and attribute expressions of the format.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "grammar/GrammarParser.h"
+#include "graph/DirectedGraphRule.h"
+
+namespace vellum {
+
+// The numbers of the file are held in "__ID__" attributes while reading and resolved through
+// maps in constant time (the first object with a number is the one a search in list order finds).
+class RuleReader : public GrammarParser {
+  public:
+    RuleReader();
+
+    // Reads the file into `rule`. True on success, and then no object of the rule keeps an
+    // "__ID__" attribute. On failure the console shows the failing action's message, if any,
+    // then the two-line report ("File '...' contains errors near position ..." and
+    // "Dump '...' !!!"); the rule then holds what was read up to the error and is not to be
+    // used.
+    bool read(const std::string& fileName, DirectedGraphRule& rule);
+
+    int onAction(int number) override;
+
+  private:
+    enum class Side { None, Left, Right };
+    enum class PairKind { Vertex, Edge };
+    struct NumberPair {
+        PairKind kind;
+        std::int32_t left;
+        std::int32_t right;
+    };
+    template <typename T>
+    using Numbered = std::unordered_map<std::int32_t, T*>;
+
+    const TokenRecord* token(std::size_t k) const { return tokenAt(k); }
+    std::string_view tokenText(std::size_t k) const;
+    int tokenCode(std::size_t k) const;
+    bool isExpression(std::size_t k) const;
+
+    void reset(DirectedGraphRule& rule);
+    bool setName();
+    bool startLeftSide();
+    bool clearCurrentGraph();
+    bool startRightSide();
+    bool resolveInterface();
+    bool addInterfacePair();
+    bool addVertex();
+    bool addReference();
+    bool setVariable();
+    bool setLabel();
+    bool addBoolean();
+    bool addScalar(int action);
+    bool addExpressionAttribute(int action);
+    bool startVector();
+    bool addVectorElement();
+    bool finishVector();
+    bool addEdge();
+    bool setCondition();
+    void removeNumbers();
+
+    Numbered<DirectedGraphVertex>& verticesOfSide() {
+        return side_ == Side::Left ? leftVertices_ : rightVertices_;
+    }
+    Numbered<DirectedGraphEdge>& edgesOfSide() {
+        return side_ == Side::Left ? leftEdges_ : rightEdges_;
+    }
+
+    DirectedGraphRule* rule_ = nullptr;
+    Side side_ = Side::None;
+    DirectedGraph* graph_ = nullptr;  // the side being read
+    GraphObject* current_ = nullptr;  // the vertex or edge that labels and attributes go to
+    DirectedGraphVertex* currentVertex_ = nullptr;  // the latest vertex, for its reference
+    std::string vectorName_;
+    std::vector<double> vectorElements_;
+    std::vector<NumberPair> pairs_;  // the interface as numbers, until the right side is read
+    Numbered<DirectedGraphVertex> leftVertices_, rightVertices_;
+    Numbered<DirectedGraphEdge> leftEdges_, rightEdges_;
+};
+
+// Reads a rule file into a new rule; null when reading fails.
+std::unique_ptr<DirectedGraphRule> loadRule(const std::string& fileName);
+
+}  // namespace vellum

@@ -1,0 +1,48 @@
+// The order in which the matcher maps the vertices of a pattern, made once per pattern and
+// starting vertex: the start first, then always the vertex with the most edges to vertices
+// already placed (so that its candidates come from the neighbours of their images), a vertex
+// with a label before a wildcard. Each step lists the tests that tie it to the earlier steps.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "graph/PatternStructure.h"
+
+namespace vellum {
+
+// How the vertex of a step is tied to the vertex of an earlier step.
+enum class Tie {
+    FromEarlier,  // the earlier vertex has an edge to this one
+    ToEarlier,    // this vertex has an edge to the earlier one
+};
+
+struct PlanLink {
+    int step = 0;  // the earlier step
+    Tie tie = Tie::FromEarlier;
+};
+
+struct PlanStep {
+    int vertex = 0;                      // index among the pattern's vertices
+    const std::string* label = nullptr;  // the pattern vertex's label; null for the wildcard
+    std::size_t outDegree = 0;
+    std::size_t inDegree = 0;
+    bool hasLoop = false;
+    std::vector<PlanLink> links;  // each (earlier step, direction) once
+};
+
+class SearchPlan {
+  public:
+    SearchPlan(const PatternStructure& pattern, int start);
+
+    const std::vector<PlanStep>& steps() const { return steps_; }
+
+  private:
+    std::vector<int> placementOrder(const PatternStructure& pattern, int start) const;
+    void addStep(const PatternStructure& pattern, int vertex, const std::vector<int>& stepOf);
+
+    std::vector<PlanStep> steps_;
+};
+
+}  // namespace vellum

@@ -1,0 +1,270 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "RuleFixtures.h"
+#include "graph/Matcher.h"
+#include "graph/PreparedRule.h"
+
+namespace vellum {
+namespace {
+
+using test::describe;
+using test::graphFromText;
+using test::patternRule;
+
+// The occurrence search exactly as defined: depth-first over the pattern vertices in list
+// order, host vertices in list order, then the edge pairing with its parallel-edge rule.
+class ReferenceMatcher {
+  public:
+    ReferenceMatcher(DirectedGraph& pattern, DirectedGraph& host) : host_(host) {
+        for (DirectedGraphVertex& vertex : pattern.vertices())
+            left_.push_back(&vertex);
+    }
+    std::vector<GraphMorphism> run() {
+        search(0);
+        return found_;
+    }
+
+  private:
+    bool adjacent(DirectedGraphVertex& l, DirectedGraphVertex& h) const {
+        for (const VertexPair& pair : work_.vertexPairs()) {
+            if (pair.left->findOutgoingTo(l) != nullptr && pair.right->findOutgoingTo(h) == nullptr)
+                return false;
+            if (l.findOutgoingTo(*pair.left) != nullptr && h.findOutgoingTo(*pair.right) == nullptr)
+                return false;
+        }
+        return true;
+    }
+    void search(std::size_t k) {
+        if (k == left_.size())
+            return mapEdges();
+        DirectedGraphVertex& l = *left_[k];
+        for (DirectedGraphVertex& h : host_.vertices()) {
+            if (l.outDegree() > h.outDegree() || l.inDegree() > h.inDegree() || work_.isImage(&h))
+                continue;
+            if ((l.label() != "*" && l.label() != h.label()) || !adjacent(l, h))
+                continue;
+            work_.addVertexPair(&l, &h);
+            search(k + 1);
+            work_.removeVertexPair(&l);
+        }
+    }
+    DirectedGraphEdge* choose(DirectedGraphVertex& h, DirectedGraphVertex& n) const {
+        if (!h.hasSeveralOutgoingTo(n))
+            return h.findOutgoingTo(n);
+        for (DirectedGraphEdge& edge : h.outgoing()) {
+            if (edge.target() == &n && !work_.isImage(&edge))
+                return &edge;
+        }
+        return nullptr;
+    }
+    void mapEdges() {
+        for (const VertexPair& pair : work_.vertexPairs()) {
+            for (DirectedGraphEdge& e : pair.left->outgoing()) {
+                DirectedGraphEdge* image = choose(*pair.right, *work_.imageOf(e.target()));
+                if (image == nullptr || (e.label() != "*" && e.label() != image->label())) {
+                    work_.clearEdgePairs();
+                    return;
+                }
+                work_.addEdgePair(&e, image);
+            }
+        }
+        found_.push_back(work_);
+        work_.clearEdgePairs();
+    }
+
+    DirectedGraph& host_;
+    std::vector<DirectedGraphVertex*> left_;
+    GraphMorphism work_;
+    std::vector<GraphMorphism> found_;
+};
+
+std::vector<std::string> describeAll(const std::vector<GraphMorphism>& list,
+                                     const DirectedGraph& host) {
+    std::vector<std::string> lines;
+    for (const GraphMorphism& occurrence : list)
+        lines.push_back(describe(occurrence, host));
+    return lines;
+}
+
+std::vector<std::string> occurrences(const std::string& leftBody, const std::string& hostText) {
+    auto rule = patternRule(leftBody);
+    auto host = graphFromText(hostText);
+    return describeAll(rule->prepared().matcher().findAll(*host), *host);
+}
+
+// Injective, complete, edge-preserving and label-respecting.
+::testing::AssertionResult isOccurrence(const GraphMorphism& m, const DirectedGraph& pattern,
+                                        const DirectedGraph& host) {
+    if (m.vertexPairs().size() != pattern.vertexCount() ||
+        m.edgePairs().size() != pattern.edgeCount())
+        return ::testing::AssertionFailure() << "not complete";
+    for (const VertexPair& p : m.vertexPairs()) {
+        int images = 0;
+        for (const VertexPair& q : m.vertexPairs())
+            images += q.right == p.right;
+        if (images != 1 || !host.contains(*p.right))
+            return ::testing::AssertionFailure() << "not injective";
+        if (p.left->label() != "*" && p.left->label() != p.right->label())
+            return ::testing::AssertionFailure() << "vertex label differs";
+    }
+    for (const EdgePair& p : m.edgePairs()) {
+        if (!host.contains(*p.right) || p.right->source() != m.imageOf(p.left->source()) ||
+            p.right->target() != m.imageOf(p.left->target()))
+            return ::testing::AssertionFailure() << "edge not preserved";
+        if (p.left->label() != "*" && p.left->label() != p.right->label())
+            return ::testing::AssertionFailure() << "edge label differs";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+TEST(Matcher, ListsOccurrencesInHostOrderOfTheLeftHandVertices) {
+    EXPECT_EQ(occurrences("vertex 1 vertex 2", "directed graph { vertex 1 vertex 2 vertex 3 }"),
+              (std::vector<std::string>{"1 2 |", "1 3 |", "2 1 |", "2 3 |", "3 1 |", "3 2 |"}));
+    // The search starts at the rare label; the order is still that of the first vertex.
+    EXPECT_EQ(occurrences("vertex 1 { label * } vertex 2 { label r } edge 3 : 1 -> 2",
+                          "directed graph { vertex 1 { label r } vertex 2 vertex 3 { label r }"
+                          " edge 2 -> 3 edge 2 -> 1 edge 1 -> 3 }"),
+              (std::vector<std::string>{"1 3 | 3", "2 1 | 2", "2 3 | 1"}));
+    EXPECT_EQ(occurrences("", "directed graph { vertex 1 }"), (std::vector<std::string>{"|"}));
+}
+
+TEST(Matcher, RespectsLabelsWildcardsLoopsAndDegrees) {
+    const std::string host =
+        "directed graph { vertex 1 { label a } vertex 2 { label A } vertex 3"
+        " edge 1 -> 1 { label x } edge 3 -> 1 }";
+    EXPECT_EQ(occurrences("vertex 1 { label * }", host),
+              (std::vector<std::string>{"1 |", "2 |", "3 |"}));
+    EXPECT_EQ(occurrences("vertex 1 { label a }", host), (std::vector<std::string>{"1 |"}));
+    EXPECT_EQ(occurrences("vertex 1 edge 2 : 1 -> 1", host), (std::vector<std::string>{}));
+    EXPECT_EQ(occurrences("vertex 1 { label * } edge 2 : 1 -> 1 { label * }", host),
+              (std::vector<std::string>{"1 | 1"}));
+    // Vertex 1 needs two incoming edges: host vertex 1 has two (its loop counts), but only one
+    // other vertex has an edge to it.
+    EXPECT_EQ(occurrences("vertex 1 { label * } vertex 2 { label * } vertex 3 { label * }"
+                          " edge 4 : 2 -> 1 edge 5 : 3 -> 1",
+                          host),
+              (std::vector<std::string>{}));
+    EXPECT_EQ(occurrences("vertex 1 { label * } vertex 2 edge 4 : 2 -> 1", host),
+              (std::vector<std::string>{"1 3 | 2"}));
+}
+
+TEST(Matcher, PairsParallelEdgesFirstComeFirstServed) {
+    // Degrees big enough for two parallel edges, but only one edge from 1 to 2.
+    const std::string oneEdge =
+        "directed graph { vertex 1 vertex 2 vertex 3 edge 1 -> 2 { label x } edge 1 -> 3"
+        " edge 3 -> 2 }";
+    const std::string twoEdges =
+        "directed graph { vertex 1 vertex 2 edge 1 -> 2 { label y } edge 1 -> 2 { label x } }";
+    // A single host edge serves both parallel left-hand edges.
+    EXPECT_EQ(occurrences("vertex 1 vertex 2 edge 3 : 1 -> 2 { label * }"
+                          " edge 4 : 1 -> 2 { label x }",
+                          oneEdge),
+              (std::vector<std::string>{"1 2 | 1 1"}));
+    // Of two, each takes the first one still free, whatever its label: x meets y and fails,
+    // although pairing the other way round would fit.
+    EXPECT_EQ(occurrences("vertex 1 vertex 2 edge 3 : 1 -> 2 { label x }"
+                          " edge 4 : 1 -> 2 { label * }",
+                          twoEdges),
+              (std::vector<std::string>{}));
+    EXPECT_EQ(occurrences("vertex 1 vertex 2 edge 3 : 1 -> 2 { label * }"
+                          " edge 4 : 1 -> 2 { label x }",
+                          twoEdges),
+              (std::vector<std::string>{"1 2 | 1 2"}));
+    // Three left-hand edges, two host edges (the degrees would allow three): the third finds
+    // none free.
+    EXPECT_EQ(occurrences("vertex 1 vertex 2 edge 3 : 1 -> 2 { label * }"
+                          " edge 4 : 1 -> 2 { label * } edge 5 : 1 -> 2 { label * }",
+                          "directed graph { vertex 1 vertex 2 vertex 3 edge 1 -> 2 edge 1 -> 2"
+                          " edge 1 -> 3 edge 3 -> 2 }"),
+              (std::vector<std::string>{}));
+}
+
+// Random hosts and patterns with few labels, loops, parallel edges and removed loops that
+// linger in the incoming lists.
+class RandomGraphs {
+  public:
+    explicit RandomGraphs(unsigned seed) : random_(seed) {}
+
+    void fill(DirectedGraph& graph, int maxVertices, int maxEdges,
+              const std::vector<std::string>& vertexLabels,
+              const std::vector<std::string>& edgeLabels, bool removeLoops) {
+        std::vector<DirectedGraphVertex*> vertices;
+        for (int i = pick(maxVertices + 1); i > 0; --i) {
+            vertices.push_back(graph.createVertex());
+            vertices.back()->setLabel(vertexLabels[pick(static_cast<int>(vertexLabels.size()))]);
+        }
+        if (vertices.empty())
+            return;
+        const int n = static_cast<int>(vertices.size());
+        std::vector<DirectedGraphEdge*> loops;
+        for (int i = pick(maxEdges + 1); i > 0; --i) {
+            auto* edge = graph.createEdge(vertices[pick(n)], vertices[pick(n)]);
+            edge->setLabel(edgeLabels[pick(static_cast<int>(edgeLabels.size()))]);
+            if (edge->isLoop())
+                loops.push_back(edge);
+        }
+        for (DirectedGraphEdge* loop : loops) {
+            if (removeLoops && pick(3) == 0)
+                graph.removeEdge(loop);
+        }
+    }
+    int pick(int below) { return std::uniform_int_distribution<int>(0, below - 1)(random_); }
+
+  private:
+    std::mt19937 random_;
+};
+
+TEST(Matcher, AgreesWithTheDefinitionOnRandomGraphs) {
+    RandomGraphs random(20240611);
+    std::size_t total = 0;
+    for (int round = 0; round < 3000; ++round) {
+        DirectedGraph pattern;
+        DirectedGraph host;
+        random.fill(pattern, 4, 5, {"a", "b", "*", ""}, {"x", "*", ""}, false);
+        random.fill(host, 7, 16, {"a", "b", ""}, {"x", "y", ""}, true);
+        const Matcher matcher(pattern);
+        const std::vector<GraphMorphism> found = matcher.findAll(host);
+        const std::vector<GraphMorphism> expected = ReferenceMatcher(pattern, host).run();
+        ASSERT_EQ(describeAll(found, host), describeAll(expected, host)) << "round " << round;
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            ASSERT_TRUE(isOccurrence(found[i], pattern, host)) << "round " << round;
+            // Same objects, not only the same positions.
+            ASSERT_EQ(found[i].vertexPairs().size(), expected[i].vertexPairs().size());
+            for (std::size_t p = 0; p < found[i].edgePairs().size(); ++p)
+                ASSERT_EQ(found[i].edgePairs()[p].right, expected[i].edgePairs()[p].right);
+        }
+        GraphMorphism first;
+        const bool any = matcher.findFirst(host, first, [](const GraphMorphism&) { return true; });
+        ASSERT_EQ(any, !found.empty());
+        if (any) {
+            EXPECT_EQ(std::count_if(found.begin(), found.end(),
+                                    [&](const GraphMorphism& m) {
+                                        return describe(m, host) == describe(first, host);
+                                    }),
+                      1);
+        }
+        total += found.size();
+    }
+    EXPECT_GT(total, 1000u);  // the rounds did exercise the search
+}
+
+TEST(Matcher, FindFirstSkipsWhatTheCallerRejects) {
+    auto rule = patternRule("vertex 1 { label a }");
+    auto host = graphFromText(
+        "directed graph { vertex 1 { label a } vertex 2 { label b } vertex 3 { label a } }");
+    const Matcher& matcher = rule->prepared().matcher();
+    GraphMorphism occurrence;
+    int asked = 0;
+    ASSERT_TRUE(
+        matcher.findFirst(*host, occurrence, [&](const GraphMorphism&) { return ++asked == 2; }));
+    EXPECT_EQ(describe(occurrence, *host), "3 |");
+    EXPECT_FALSE(matcher.findFirst(*host, occurrence, [](const GraphMorphism&) { return false; }));
+}
+
+}  // namespace
+}  // namespace vellum

@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "RuleFixtures.h"
+#include "graph/RuleObjectData.h"
+#include "graph/RuleWriter.h"
+
+namespace vellum {
+namespace {
+
+using test::ruleFromText;
+using test::TempFolder;
+
+std::string written(const DirectedGraphRule& rule) {
+    std::ostringstream out;
+    RuleWriter(out).write(rule);
+    return out.str();
+}
+
+TEST(RuleWriter, WritesTheFileLayout) {
+    const auto rule = ruleFromText(
+        "directed graphrule grow { left-hand side { vertex 7 = x { label a string s = \"q\\\"\" }"
+        " vertex @ 8 edge 9 : 7 -> 8 = e }"
+        " interface { vertex 7 <-> 1 edge 9 <-> 55 vertex 3 <-> 1 }"
+        " right-hand side { vertex 1 @ 8 { label * real r = [x.w * 2.0] vector v = ( ) }"
+        " vertex 2 { boolean b = true integer i = -3 }"
+        " edge 3 : 2 -> 1 { label y } }"
+        " application condition = [x == \"a\"] }");
+    ASSERT_NE(rule, nullptr);
+    EXPECT_EQ(written(*rule),
+              "directed graphrule grow\n"
+              "{\n"
+              "\tleft-hand side\n"
+              "\t{\n"
+              "\n"
+              "\t\tvertex 1 = x\n"
+              " \t\t{\n"
+              "\t\t\tlabel a\n"
+              "\t\t\tstring s = \"q\\\"\"\n"
+              "\t\t}\n"
+              "\n"
+              "\t\tvertex 2\n"
+              "\t\tedge 3 : 1 -> 2 = e\n"
+              "\t}\n"
+              "\n"
+              "\tinterface\n"
+              "\t{\n"
+              "\t\tvertex 1 <-> 4\n"
+              "\t\tvertex 0 <-> 4\n"
+              "\t\tedge 3 <-> 0\n"
+              "\t}\n"
+              "\tright-hand side\n"
+              "\t{\n"
+              "\n"
+              "\t\tvertex 4\n"
+              " \t\t{\n"
+              "\t\t\tlabel *\n"
+              "\t\t\treal r = [x.w * 2.0]\n"
+              "\t\t\tvector v = ()\n"
+              "\t\t}\n"
+              "\n"
+              "\t\tvertex 5\n"
+              " \t\t{\n"
+              "\t\t\tboolean b = true\n"
+              "\t\t\tinteger i = -3\n"
+              "\t\t}\n"
+              "\t\tedge 6 : 5 -> 4\n"
+              "\t\t{\n"
+              "\t\t\tlabel y\n"
+              "\t\t}\n"
+              "\t}\n"
+              "\tapplication condition = [x == \"a\"]\n"
+              "}\n");
+}
+
+TEST(RuleWriter, RoundTripKeepsTheRuleButNotItsMarks) {
+    const auto rule = ruleFromText(
+        "directed graphrule r { left-hand side { vertex @ 1 = v { label a integer n = 4 }"
+        " vertex 2 edge 3 : 1 -> 2 { real w = 2.5 } edge 4 : 2 -> 2 }"
+        " interface { vertex 1 <-> 5 edge 3 <-> 7 }"
+        " right-hand side { vertex 5 vertex 6 @ 2 { string s = [v + \"x\"] }"
+        " edge 7 : 5 -> 6 } }");
+    ASSERT_NE(rule, nullptr);
+    TempFolder folder;
+    const std::string file = folder.path("out.drl");
+    ASSERT_TRUE(saveRule(*rule, file));
+    const std::string first = TempFolder::read(file);
+    const auto again = ruleFromText(first);
+    ASSERT_NE(again, nullptr) << first;
+    EXPECT_EQ(written(*again), first);
+    EXPECT_EQ(again->interface().vertexPairs().size(), 1u);
+    EXPECT_EQ(again->interface().edgePairs().size(), 1u);
+    EXPECT_EQ(again->leftSide().edgeCount(), 2u);
+    for (const DirectedGraphVertex& vertex : again->leftSide().vertices())
+        EXPECT_FALSE(isForcedReference(vertex));
+    for (const DirectedGraphVertex& vertex : again->rightSide().vertices())
+        EXPECT_EQ(referenceOf(vertex), nullptr);
+}
+
+TEST(RuleWriter, ReportsAFileItCannotWrite) {
+    const auto rule = ruleFromText(
+        "directed graphrule r { left-hand side { } interface { } right-hand side { } }");
+    ASSERT_NE(rule, nullptr);
+    ConsoleCapture capture;
+    EXPECT_FALSE(saveRule(*rule, "/nonexistent-folder/r.drl"));
+    EXPECT_EQ(capture.text(), "Could not write the file '/nonexistent-folder/r.drl' !!!\n");
+}
+
+}  // namespace
+}  // namespace vellum

@@ -1,0 +1,104 @@
+// `vellum-cli layout` through the real program, with the real plug-ins.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+
+#include "KoralTestSupport.h"
+#include "grammar/Paths.h"
+#include "graph/GraphReader.h"
+#include "koral/LayoutLibrary.h"
+#include "koral/VertexPosition.h"
+
+namespace vellum {
+namespace {
+
+using test::ScopedEnvironment;
+using test::TempFolder;
+
+struct CliRun {
+    std::string out;
+    int status = -1;
+};
+
+// Runs vellum-cli with the arguments (each quoted for the shell); standard error is dropped.
+CliRun cli(const std::vector<std::string>& arguments) {
+    std::string command = std::string("'") + VELLUM_CLI_PATH + "'";
+    for (const std::string& argument : arguments)
+        command += " '" + argument + "'";
+    command += " 2>/dev/null";
+    CliRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (pipe == nullptr)
+        return run;
+    char buffer[4096];
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        run.out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::string descriptionOf(const std::string& name) {
+    ScopedEnvironment bundled("VellumLayout", pluginDirectory());
+    return LayoutLibrary(name).description();
+}
+
+TEST(LayoutCommand, ListsOneLineOfNameAndDescriptionPerAlgorithm) {
+    const std::string expected =
+        "force3d " + descriptionOf("force3d") + "\n" + "sphere " + descriptionOf("sphere") + "\n";
+    {
+        // Unset: the program points the variable at its own plug-in folder.
+        ScopedEnvironment unset("VellumLayout", std::nullopt);
+        const CliRun run = cli({"layout", "--list"});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.out, expected);
+    }
+    TempFolder folder;
+    folder.copy(pluginDirectory() + "/sphere.layout", "sphere.layout");
+    folder.write("broken.layout", "not a library");
+    ScopedEnvironment mine("VellumLayout", folder.path() + "/");
+    const CliRun run = cli({"layout", "--list"});
+    EXPECT_EQ(run.status, 1);  // for the broken one, which only standard error mentions
+    EXPECT_EQ(run.out, "sphere " + descriptionOf("sphere") + "\n");
+}
+
+TEST(LayoutCommand, WritesTheGraphWithPositions) {
+    TempFolder folder;
+    const std::string in = folder.write(
+        "g.dg", "directed graph\n{\n\tvertex 1\n\tvertex 2 { label A }\n\tedge 1 -> 2\n}\n");
+    const std::string out = folder.path("out.dg");
+    ScopedEnvironment unset("VellumLayout", std::nullopt);
+    const CliRun run = cli({"layout", "sphere", in, "-o", out});
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "");
+    DirectedGraph graph;
+    ASSERT_TRUE(loadGraph(out, graph));
+    ASSERT_EQ(graph.vertexCount(), 2u);
+    for (const auto& vertex : graph.vertices())
+        EXPECT_TRUE(vertexPosition(vertex).has_value());
+
+    // Without -o the graph goes to standard output.
+    const CliRun printed = cli({"layout", "force3d", in});
+    EXPECT_EQ(printed.status, 0);
+    EXPECT_NE(printed.out.find("vector position = ("), std::string::npos);
+}
+
+TEST(LayoutCommand, ReportsUnknownLayoutsAndMisuse) {
+    TempFolder folder;
+    const std::string in = folder.write("g.dg", "directed graph\n{\n\tvertex 1\n}\n");
+    ScopedEnvironment unset("VellumLayout", std::nullopt);
+    const CliRun unknown = cli({"layout", "nosuch", in});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_EQ(unknown.out,
+              "caugh't: Could not load the library 'nosuch.layout' !!!\n"
+              "from class: koralLibrary\n");
+    EXPECT_EQ(cli({"layout"}).status, 2);
+    EXPECT_EQ(cli({"layout", "--list", in}).status, 2);
+    EXPECT_EQ(cli({"layout", "sphere", in, "-x", "out.dg"}).status, 2);
+    EXPECT_EQ(cli({"layout", "sphere", folder.path("missing.dg")}).status, 1);
+}
+
+}  // namespace
+}  // namespace vellum

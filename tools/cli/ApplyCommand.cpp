@@ -1,0 +1,115 @@
+// vellum-cli apply RULE GRAPH [--mode 0|1|2] [-o OUT]: reads a rule file and a graph file and
+// applies the rule once in the given mode (default 1, the interpreter's), printing "event N"
+// for each notification as it happens and then "result N"; with -o the graph is written to OUT
+// afterwards, whatever the result. Exit status 0 for result 0, else 1 (2 for usage errors).
+#include <charconv>
+#include <fstream>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "graph/GraphReader.h"
+#include "graph/GraphWriter.h"
+#include "graph/RuleApplication.h"
+#include "graph/RuleReader.h"
+#include "tools/cli/Commands.h"
+
+namespace vellum::cli {
+namespace {
+
+int usage(const std::string& problem) {
+    for (const Command& command : commands()) {
+        if (std::string_view(command.name) == "apply")
+            return usageError(command, problem);
+    }
+    return kExitUsage;
+}
+
+struct ApplyOptions {
+    std::string ruleFile;
+    std::string graphFile;
+    int mode = kModeRuleMatch;
+    std::optional<std::string> output;
+};
+
+std::optional<int> wholeNumber(std::string_view text) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+// The options, or the problem to report in `problem`.
+std::optional<ApplyOptions> parseOptions(const Arguments& arguments, std::string& problem) {
+    ApplyOptions options;
+    std::size_t files = 0;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        const bool takesValue = argument == "--mode" || argument == "-o";
+        if (takesValue && i + 1 == arguments.size()) {
+            problem = argument + " needs a value";
+            return std::nullopt;
+        }
+        if (argument == "--mode") {
+            const std::optional<int> mode = wholeNumber(arguments[++i]);
+            if (!mode) {
+                problem = "the mode must be a whole number";
+                return std::nullopt;
+            }
+            options.mode = *mode;
+        } else if (argument == "-o") {
+            options.output = arguments[++i];
+        } else if (files == 0) {
+            options.ruleFile = argument;
+            ++files;
+        } else if (files == 1) {
+            options.graphFile = argument;
+            ++files;
+        } else {
+            problem = "unexpected argument '" + argument + "'";
+            return std::nullopt;
+        }
+    }
+    if (files != 2) {
+        problem = "expected a rule file and a graph file";
+        return std::nullopt;
+    }
+    return options;
+}
+
+bool readable(const std::string& file) {
+    if (std::ifstream(file))
+        return true;
+    std::cerr << "vellum-cli apply: cannot open '" << file << "'\n";
+    return false;
+}
+
+void printEvent(int event, DirectedGraph*, const GraphMorphism*) {
+    std::cout << "event " << event << "\n";
+}
+
+}  // namespace
+
+int runApply(const Arguments& arguments) {
+    std::string problem;
+    const std::optional<ApplyOptions> options = parseOptions(arguments, problem);
+    if (!options)
+        return usage(problem);
+    if (!readable(options->ruleFile) || !readable(options->graphFile))
+        return kExitFailed;
+    const std::unique_ptr<DirectedGraphRule> rule = loadRule(options->ruleFile);
+    DirectedGraph host;
+    if (rule == nullptr || !loadGraph(options->graphFile, host)) {
+        std::cout.flush();
+        return kExitFailed;
+    }
+    const int result = applyRule(&host, rule.get(), options->mode, printEvent);
+    std::cout << "result " << result << "\n";
+    std::cout.flush();
+    const bool written = !options->output || saveGraph(host, *options->output);
+    return result == kApplyApplied && written ? kExitOk : kExitFailed;
+}
+
+}  // namespace vellum::cli

@@ -1,0 +1,84 @@
+// vellum-cli layout: runs a layout algorithm of the layout folder ("VellumLayout") on a graph
+// file and writes the graph with its vertices' new positions; `layout --list` prints the
+// algorithms, one line each: the name, a blank and the description. Library errors are the
+// system's console lines ("caugh't: ...", "from class: ..."); exit status 1 for them.
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include "graph/DirectedGraph.h"
+#include "graph/GraphReader.h"
+#include "graph/GraphWriter.h"
+#include "koral/KoralException.h"
+#include "koral/LayoutLibrary.h"
+#include "tools/cli/Commands.h"
+
+namespace vellum::cli {
+namespace {
+
+int usage(const std::string& problem) {
+    for (const Command& command : commands()) {
+        if (std::string_view(command.name) == "layout")
+            return usageError(command, problem);
+    }
+    return kExitUsage;
+}
+
+int listLayouts() {
+    int status = kExitOk;
+    for (const std::string& name : LayoutLibrary::available()) {
+        try {
+            const LayoutLibrary layout(name);
+            std::cout << name << " " << layout.description() << "\n";
+        } catch (const koralException& error) {
+            // Standard output keeps its one line per usable algorithm.
+            std::cerr << "vellum-cli layout: " << error.message() << "\n";
+            status = kExitFailed;
+        }
+    }
+    return status;
+}
+
+bool writeGraph(const DirectedGraph& graph, const std::string& out) {
+    if (!out.empty())
+        return saveGraph(graph, out);
+    GraphWriter(std::cout).write(graph);
+    return static_cast<bool>(std::cout);
+}
+
+int layoutFile(const std::string& name, const std::string& in, const std::string& out) {
+    if (!std::ifstream(in)) {
+        std::cerr << "vellum-cli layout: cannot open '" << in << "'\n";
+        return kExitFailed;
+    }
+    DirectedGraph graph;
+    if (!loadGraph(in, graph))
+        return kExitFailed;
+    try {
+        const LayoutLibrary layout(name);
+        if (!layout.completeLayout(graph, nullptr)) {
+            std::cerr << "vellum-cli layout: the layout '" << name << "' failed\n";
+            return kExitFailed;
+        }
+    } catch (const koralException& error) {
+        reportCaught(error);
+        return kExitFailed;
+    }
+    return writeGraph(graph, out) ? kExitOk : kExitFailed;
+}
+
+}  // namespace
+
+int runLayout(const Arguments& arguments) {
+    if (!arguments.empty() && arguments[0] == "--list") {
+        return arguments.size() == 1 ? listLayouts() : usage("--list takes no further arguments");
+    }
+    if (arguments.size() == 2)
+        return layoutFile(arguments[0], arguments[1], {});
+    if (arguments.size() == 4 && arguments[2] == "-o")
+        return layoutFile(arguments[0], arguments[1], arguments[3]);
+    return usage("expected a layout name and a graph file, or --list");
+}
+
+}  // namespace vellum::cli
