@@ -1,0 +1,49 @@
+#include "app/MainFrame.h"
+
+#include "app/Resources.h"
+
+#include <wx/menu.h>
+
+namespace vellum {
+
+MainFrame::MainFrame(const wxString& title, const wxPoint& position, const wxSize& size)
+    : wxFrame(nullptr, wxID_ANY, title, position, size) {
+    SetIcon(Resources::icon("mondrian"));
+    buildMenus();
+    canvas_ = new LogoCanvas(this);
+    SetClientSize(Resources::kLogoWidth, Resources::kLogoHeight);
+    console_ = new ConsoleFrame(this);
+    Show();
+}
+
+void MainFrame::buildMenus() {
+    auto* file = new wxMenu;
+    file->Append(kNewGraph, "&New graph...");
+    file->Append(kNewGraphRule, "&New graphrule...");
+    file->Append(kNewKoralModule, "&New Koral module...");
+    file->Append(kNewKoralInterpreter, "&New Koral interpreter...");
+    file->AppendSeparator();
+    file->Append(kExit, "E&xit...");
+    // The editor and interpreter frames these open are not part of this program yet.
+    for (int id : {kNewGraph, kNewGraphRule, kNewKoralModule, kNewKoralInterpreter})
+        file->Enable(id, false);
+
+    auto* vellum = new wxMenu;
+    vellum->Append(kAbout, "&About...");
+
+    auto* bar = new wxMenuBar;
+    bar->Append(file, "&File");
+    bar->Append(vellum, "&Vellum");
+    SetMenuBar(bar);
+    Bind(wxEVT_MENU, &MainFrame::onExit, this, kExit);
+    Bind(wxEVT_MENU, &MainFrame::onAbout, this, kAbout);
+}
+
+void MainFrame::onExit(wxCommandEvent&) {
+    Close(true);
+}
+
+// Accepted and deliberately ignored: the program has no about box.
+void MainFrame::onAbout(wxCommandEvent&) {}
+
+}  // namespace vellum

@@ -1,0 +1,36 @@
+// The main frame: the small window from which editors and interpreters are opened. It shows the
+// logo and owns the console frame; closing it ends the program.
+#pragma once
+
+#include "app/ConsoleFrame.h"
+#include "app/LogoCanvas.h"
+
+#include <wx/frame.h>
+
+namespace vellum {
+
+class MainFrame : public wxFrame {
+  public:
+    static constexpr int kExit = 1;
+    static constexpr int kAbout = 6;
+    static constexpr int kNewGraph = 7;
+    static constexpr int kNewGraphRule = 8;
+    static constexpr int kNewKoralModule = 9;
+    static constexpr int kNewKoralInterpreter = 10;
+
+    // Builds the icon, menus, logo and console frame, then shows itself.
+    MainFrame(const wxString& title, const wxPoint& position, const wxSize& size);
+
+    ConsoleFrame* consoleFrame() const { return console_; }
+    LogoCanvas* logoCanvas() const { return canvas_; }
+
+  private:
+    void buildMenus();
+    void onExit(wxCommandEvent& event);
+    void onAbout(wxCommandEvent& event);
+
+    LogoCanvas* canvas_;     // child window, owned by the frame
+    ConsoleFrame* console_;  // child frame, destroyed with this one
+};
+
+}  // namespace vellum

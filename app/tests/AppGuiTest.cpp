@@ -1,0 +1,336 @@
+// Drives the desktop program's real frames in-process under an X display and checks what a user
+// sees: titles, placement, menus, the console's lines, the logo; plus saving the console and
+// console writes from other threads.
+#include "app/Resources.h"
+#include "app/Startup.h"
+#include "grammar/Console.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <wx/app.h>
+#include <wx/dcmemory.h>
+#include <wx/image.h>
+#include <wx/init.h>
+#include <wx/menu.h>
+
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+namespace vellum {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kBanner =
+    "Vellum v2 r5\n"
+    "Copyright (c) 2026 the Vellum developers\n"
+    "READY.\n";
+
+class TestApp : public wxApp {
+  public:
+    bool OnInit() override { return true; }
+};
+
+// Starts the toolkit once for the whole test program, the way the program's main does.
+class Toolkit : public ::testing::Environment {
+  public:
+    void SetUp() override {
+        const char* display = std::getenv("DISPLAY");
+        if (!display || !*display) {
+            why_ = "DISPLAY is not set";
+            return;
+        }
+        wxApp::SetInstance(new TestApp);
+        int argc = 1;
+        char name[] = "app_gui_tests";
+        char* argv[] = {name, nullptr};
+        entered_ = wxEntryStart(argc, argv);
+        ready_ = entered_ && wxTheApp->CallOnInit();
+        if (!ready_)
+            why_ = std::string("cannot open display '") + display + "'";
+    }
+    void TearDown() override {
+        if (entered_)
+            wxEntryCleanup();
+    }
+    bool ready() const { return ready_; }
+    const std::string& why() const { return why_; }
+
+  private:
+    bool entered_ = false;
+    bool ready_ = false;
+    std::string why_;
+};
+
+Toolkit* const toolkit = static_cast<Toolkit*>(::testing::AddGlobalTestEnvironment(new Toolkit));
+
+std::string readFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+std::vector<std::string> entriesOf(const fs::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
+
+// Every entry below folder with the content of its files: what a failed save must not change.
+std::map<std::string, std::string> snapshotOf(const fs::path& folder) {
+    std::map<std::string, std::string> snapshot;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        snapshot[entry.path().string()] = entry.is_regular_file() ? readFile(entry.path()) : "/";
+    return snapshot;
+}
+
+// A fresh folder, removed with everything in it (permissions restored first).
+class ScratchFolder {
+  public:
+    ScratchFolder() {
+        std::string pattern = (fs::temp_directory_path() / "vellum-app-XXXXXX").string();
+        path_ = ::mkdtemp(pattern.data());
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        fs::permissions(path_, fs::perms::owner_all, ignored);
+        fs::remove_all(path_, ignored);
+    }
+    const fs::path& path() const { return path_; }
+
+  private:
+    fs::path path_;
+};
+
+// Lowers the file size limit for the process, so writes beyond it fail with EFBIG.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) : previousHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &saved_);
+        rlimit lowered = saved_;
+        lowered.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &lowered);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &saved_);
+        std::signal(SIGXFSZ, previousHandler_);
+    }
+
+  private:
+    void (*previousHandler_)(int);
+    rlimit saved_{};
+};
+
+struct ItemRow {
+    const char* label;  // null for a separator
+    int id;
+    bool enabled;
+};
+
+struct MenuRow {
+    const char* title;
+    std::vector<ItemRow> items;
+};
+
+void expectMenus(const wxMenuBar* bar, const std::vector<MenuRow>& expected) {
+    ASSERT_NE(bar, nullptr);
+    ASSERT_EQ(bar->GetMenuCount(), expected.size());
+    for (size_t m = 0; m < expected.size(); ++m) {
+        EXPECT_EQ(bar->GetMenuLabel(m), expected[m].title);
+        const wxMenu* menu = bar->GetMenu(m);
+        ASSERT_EQ(menu->GetMenuItemCount(), expected[m].items.size()) << expected[m].title;
+        for (size_t i = 0; i < expected[m].items.size(); ++i) {
+            const ItemRow& row = expected[m].items[i];
+            const wxMenuItem* item = menu->FindItemByPosition(i);
+            SCOPED_TRACE(std::string(expected[m].title) + " item " + std::to_string(i));
+            if (!row.label) {
+                EXPECT_TRUE(item->IsSeparator());
+                continue;
+            }
+            EXPECT_EQ(item->GetItemLabel(), row.label);
+            EXPECT_EQ(item->GetId(), row.id);
+            EXPECT_EQ(item->IsEnabled(), row.enabled);
+        }
+    }
+}
+
+class AppGuiTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!toolkit->ready())
+            GTEST_SKIP() << "no display (" << toolkit->why()
+                         << "): the GUI tests need one, e.g. under xvfb-run";
+        main_ = startUp();
+        wxTheApp->Yield(true);
+    }
+    void TearDown() override {
+        if (!main_)
+            return;
+        main_->Destroy();
+        wxTheApp->ProcessIdle();
+    }
+
+    ConsoleFrame* consoleFrame() const { return main_->consoleFrame(); }
+    std::string consoleText() const {
+        return consoleFrame()->textControl()->GetValue().utf8_string();
+    }
+    static bool command(wxWindow* frame, int id) {
+        wxCommandEvent event(wxEVT_MENU, id);
+        return frame->ProcessWindowEvent(event);
+    }
+    // Saving must fail, say so, and leave the folder exactly as it was.
+    void expectFailedSaveKeeps(const fs::path& folder, const fs::path& target) {
+        const auto before = snapshotOf(folder);
+        ASSERT_FALSE(before.empty());
+        EXPECT_FALSE(consoleFrame()->saveContentTo(target.string()));
+        EXPECT_EQ(snapshotOf(folder), before);
+        EXPECT_NE(capture_.text().find("Cannot save the console to '" + target.string() + "'"),
+                  std::string::npos)
+            << capture_.text();
+    }
+
+    ConsoleCapture capture_;
+    MainFrame* main_ = nullptr;
+};
+
+TEST_F(AppGuiTest, FramesHaveTheirTitlesPlacementAndIcon) {
+    EXPECT_EQ(main_->GetTitle(), "Vellum v2 r5");
+    EXPECT_EQ(main_->GetPosition(), wxPoint(5, 5));
+    EXPECT_EQ(main_->GetClientSize(), wxSize(384, 256));
+    EXPECT_TRUE(main_->IsShown());
+    const wxIcon icon = main_->GetIcon();
+    ASSERT_TRUE(icon.IsOk());
+    EXPECT_EQ(icon.GetSize(), wxSize(32, 32));
+
+    EXPECT_EQ(consoleFrame()->GetTitle(), "Vellum - Console");
+    EXPECT_EQ(consoleFrame()->GetParent(), main_);
+    EXPECT_TRUE(consoleFrame()->IsShown());
+    EXPECT_TRUE(consoleFrame()->textControl()->IsMultiLine());
+    EXPECT_FALSE(consoleFrame()->textControl()->IsEditable());
+}
+
+TEST_F(AppGuiTest, MenusHaveTheirLabelsIdsAndStates) {
+    expectMenus(main_->GetMenuBar(), {{"&File",
+                                       {{"&New graph...", 7, false},
+                                        {"&New graphrule...", 8, false},
+                                        {"&New Koral module...", 9, false},
+                                        {"&New Koral interpreter...", 10, false},
+                                        {nullptr, 0, false},
+                                        {"E&xit...", 1, true}}},
+                                      {"&Vellum", {{"&About...", 6, true}}}});
+    expectMenus(consoleFrame()->GetMenuBar(),
+                {{"&Edit", {{"&Clear console...", 2, true}, {"&Save content...", 4, true}}}});
+}
+
+TEST_F(AppGuiTest, ConsoleShowsTheBannerAndClearEmptiesIt) {
+    EXPECT_EQ(consoleText(), kBanner);
+    EXPECT_EQ(capture_.text(), kBanner);
+
+    EXPECT_TRUE(command(consoleFrame(), ConsoleFrame::kClearConsole));
+    EXPECT_EQ(consoleText(), "");
+    console() << "after " << 1.5 << "\n";
+    EXPECT_EQ(consoleText(), "after 1.5\n");
+}
+
+TEST_F(AppGuiTest, AboutIsAcceptedAndExitClosesBothFrames) {
+    const size_t windows = wxTopLevelWindows.GetCount();
+    EXPECT_TRUE(command(main_, MainFrame::kAbout));
+    EXPECT_EQ(wxTopLevelWindows.GetCount(), windows);
+
+    EXPECT_TRUE(command(main_, MainFrame::kExit));
+    wxTheApp->ProcessIdle();
+    EXPECT_EQ(wxTopLevelWindows.Find(main_), nullptr);
+    EXPECT_EQ(wxTopLevelWindows.GetCount(), 0u);
+    main_ = nullptr;
+    // The console frame's sink is gone with it: writing goes on without it.
+    console() << "still logging\n";
+    EXPECT_EQ(capture_.text(), kBanner + "still logging\n");
+}
+
+TEST_F(AppGuiTest, SaveWritesExactlyTheConsoleTextOverAnExistingFile) {
+    ScratchFolder folder;
+    const fs::path target = folder.path() / "log.txt";
+    std::ofstream(target) << "an older log\n";
+    ASSERT_TRUE(consoleFrame()->saveContentTo(target.string()));
+    EXPECT_EQ(readFile(target), kBanner);
+    EXPECT_EQ(entriesOf(folder.path()), std::vector<std::string>{"log.txt"});
+}
+
+TEST_F(AppGuiTest, FailedSaveInUnwritableFolderKeepsTheExistingFile) {
+    ScratchFolder folder;
+    const fs::path target = folder.path() / "log.txt";
+    std::ofstream(target) << "precious\n";
+    fs::permissions(folder.path(), fs::perms::owner_read | fs::perms::owner_exec);
+    if (::access(folder.path().c_str(), W_OK) == 0)
+        GTEST_SKIP() << "folder permissions do not bind this user (root)";
+    expectFailedSaveKeeps(folder.path(), target);
+}
+
+TEST_F(AppGuiTest, SaveThatFailsWhileWritingKeepsTheExistingFile) {
+    ScratchFolder folder;
+    const fs::path target = folder.path() / "log.txt";
+    std::ofstream(target) << "precious\n";
+    FileSizeLimit limit(8);
+    expectFailedSaveKeeps(folder.path(), target);
+}
+
+TEST_F(AppGuiTest, SaveOntoAFolderFailsAndKeepsIt) {
+    ScratchFolder folder;
+    const fs::path target = folder.path() / "taken";
+    fs::create_directory(target);
+    std::ofstream(target / "inside.txt") << "precious\n";
+    expectFailedSaveKeeps(folder.path(), target);
+}
+
+TEST_F(AppGuiTest, LogoCanvasShowsTheLogoAtItsTopLeftCorner) {
+    LogoCanvas* canvas = main_->logoCanvas();
+    ASSERT_EQ(canvas->GetClientSize(), wxSize(384, 256));
+    wxBitmap shot(canvas->GetClientSize(), 24);
+    {
+        wxMemoryDC dc(shot);
+        dc.SetBackground(*wxBLACK_BRUSH);
+        dc.Clear();
+        canvas->paint(dc);
+    }
+    const wxImage image = shot.ConvertToImage();
+    std::set<std::uint32_t> colours;
+    const unsigned char* rgb = image.GetData();
+    for (int i = 0; i < image.GetWidth() * image.GetHeight(); ++i, rgb += 3)
+        colours.insert(rgb[0] << 16 | rgb[1] << 8 | rgb[2]);
+    EXPECT_GT(colours.size(), 1u) << "the logo canvas is blank";
+
+    const wxImage logo = Resources::bitmap("IDB_LOGO").ConvertToImage();
+    ASSERT_EQ(logo.GetSize(), image.GetSize());
+    EXPECT_TRUE(std::equal(logo.GetData(), logo.GetData() + 3 * 384 * 256, image.GetData()))
+        << "the canvas does not show the logo pixel for pixel";
+}
+
+TEST_F(AppGuiTest, WritesFromAnotherThreadReachTheControlInOrderThroughTheGuiThread) {
+    std::thread([] { console() << "from the worker " << 42 << "\n"; }).join();
+    EXPECT_EQ(consoleText(), kBanner) << "the worker thread touched the control itself";
+    console() << "from the GUI thread\n";
+    EXPECT_EQ(consoleText(), kBanner + "from the worker 42\nfrom the GUI thread\n");
+
+    std::thread([] {
+        Console::instance().clear();
+        console() << "after a clear\n";
+    }).join();
+    EXPECT_EQ(consoleText(), kBanner + "from the worker 42\nfrom the GUI thread\n");
+    wxTheApp->ProcessPendingEvents();
+    EXPECT_EQ(consoleText(), "after a clear\n");
+}
+
+}  // namespace
+}  // namespace vellum
