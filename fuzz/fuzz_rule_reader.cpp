@@ -1,0 +1,28 @@
+// Fuzz target: arbitrary bytes read by the real rule file reader; a rule that reads is written
+// and read again.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "fuzz/FuzzSupport.h"
+#include "grammar/Console.h"
+#include "grammar/tests/TempFile.h"
+#include "graph/DirectedGraphRule.h"
+#include "graph/RuleReader.h"
+#include "graph/RuleWriter.h"
+
+using vellum::fuzz::check;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    vellum::testing::TempFile file(std::string(reinterpret_cast<const char*>(data), size));
+    if (file.path().empty())
+        return 0;
+    vellum::ConsoleCapture capture;
+    const auto rule = vellum::loadRule(file.path());
+    if (!rule)
+        return 0;
+    vellum::testing::TempFile copy("");
+    check(vellum::saveRule(*rule, copy.path()));
+    (void)vellum::loadRule(copy.path());
+    return 0;
+}
