@@ -1,5 +1,6 @@
 #include "grammar/Expression.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 
@@ -55,13 +56,16 @@ Expression::~Expression() = default;
 
 void Expression::setText(const std::string& text) {
     root_.reset();
+    variableNames_.clear();
     builder_.clear();
     failure_ = exprException::kMalformed;
     failureValue_.reset();
     const bool parsed = parseString(text);
     NodePtr root = builder_.finish();
-    if (!parsed || !root)
+    if (!parsed || !root) {
+        variableNames_.clear();
         throw exprException(failure_, std::move(failureValue_));
+    }
     root_ = std::move(root);
 }
 
@@ -77,8 +81,12 @@ std::unique_ptr<Value> Expression::evaluateOnce(const std::string& text,
     // The tree goes whether or not evaluation throws.
     struct DropTree {
         NodePtr& root;
-        ~DropTree() { root.reset(); }
-    } drop{root_};
+        std::vector<std::string>& names;
+        ~DropTree() {
+            root.reset();
+            names.clear();
+        }
+    } drop{root_, variableNames_};
     return evaluate(environment);
 }
 
@@ -94,6 +102,14 @@ std::string Expression::latestText() const {
 
 int Expression::push(Operator op) {
     builder_.pushOperator(op);
+    return 1;
+}
+
+int Expression::pushVariable() {
+    std::string name = latestText();
+    if (std::find(variableNames_.begin(), variableNames_.end(), name) == variableNames_.end())
+        variableNames_.push_back(name);
+    builder_.pushOperand(std::make_unique<VariableNode>(std::move(name)));
     return 1;
 }
 
@@ -139,8 +155,7 @@ int Expression::onAction(int number) {
             builder_.setUnaryPending();
             return push(latestCode() == kTokenMinus ? Operator::Negate : Operator::Not);
         case 8:
-            builder_.pushOperand(std::make_unique<VariableNode>(latestText()));
-            return 1;
+            return pushVariable();
         case 9:
             return pushNumber();
         case 10:

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "grammar/ExpressionBuilder.h"
 #include "grammar/ExpressionEnvironment.h"
@@ -29,6 +30,9 @@ class Expression : public GrammarParser {
     // and code 7 when a called library cannot be loaded; the object then holds no tree.
     void setText(const std::string& text);
     bool hasTree() const { return root_ != nullptr; }
+    // The names of the variables the tree reads, each once, in the order of their first
+    // appearance in the text; empty when there is no tree. Lets a caller bind just those.
+    const std::vector<std::string>& variableNames() const { return variableNames_; }
 
     // The value of the tree in `environment`: a new value for the caller, or null when there is
     // no tree or the tree yields nothing (a library function returned nothing). Throws
@@ -50,12 +54,14 @@ class Expression : public GrammarParser {
     int latestCode() const;
     std::string latestText() const;
     int push(Operator op);
+    int pushVariable();
     int pushNumber();
     int pushCall();
     int reduce();
 
     ExpressionBuilder builder_;
     NodePtr root_;
+    std::vector<std::string> variableNames_;  // those of root_'s variable nodes
     Environment bindings_;
     // What a failed parse raises: the code, and the library's name for code 7.
     int failure_ = exprException::kMalformed;

@@ -180,6 +180,24 @@ TEST(ExpressionTest, ATreeIsEvaluatedManyTimesAndReplacedBySetText) {
     EXPECT_FALSE(expression.hasTree());
 }
 
+TEST(ExpressionTest, VariableNamesListsEachNameTheTreeReadsOnceInTextOrder) {
+    Expression expression("b.x > 1 ? a + b.x : $(vmath.max)(c, a)");
+    EXPECT_EQ(expression.variableNames(), (std::vector<std::string>{"b.x", "a", "c"}));
+    // Names count only where they are variables: not in strings, not as a call's names.
+    expression.setText("\"a\" + s");
+    EXPECT_EQ(expression.variableNames(), std::vector<std::string>{"s"});
+    expression.setText("1 + 2");
+    EXPECT_TRUE(expression.variableNames().empty());
+
+    expression.setText("k");
+    EXPECT_THROW(expression.setText("k + m +"), exprException);
+    EXPECT_TRUE(expression.variableNames().empty());
+    Environment environment;
+    environment.bind("k", Value::integer(1));
+    expression.evaluateOnce("k", environment);
+    EXPECT_TRUE(expression.variableNames().empty());
+}
+
 TEST(ExpressionTest, ManyExpressionsBuiltFromOneTextAreIndependent) {
     std::vector<std::unique_ptr<Expression>> expressions;
     for (int i = 0; i < 200; ++i) {

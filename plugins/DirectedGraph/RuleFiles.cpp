@@ -1,0 +1,20 @@
+#include "plugins/DirectedGraph/RuleFiles.h"
+
+#include <algorithm>
+
+#include "grammar/Paths.h"
+#include "koral/FileSearch.h"
+
+namespace vellum {
+
+std::string ruleFileName(const std::string& ruleName) {
+    std::string file = ruleName;
+    std::replace(file.begin(), file.end(), '.', '/');
+    return file + "." + environmentValue("DirectedGraphEXTRULE");
+}
+
+std::string findRuleFile(const std::string& ruleName) {
+    return findFile(ruleFileName(ruleName), "koralGraphRules");
+}
+
+}  // namespace vellum
