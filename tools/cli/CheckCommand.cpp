@@ -1,7 +1,8 @@
 // vellum-cli check FILE...: reads each file with the reader that its extension names, lets the
 // readers' console messages through to standard output and prints one summary line for each
-// file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule). Exit
-// status 1 when any file failed.
+// file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule, "FILE:
+// module 'NAME', N units" for a module, compiled with its folder as module and rule search path
+// where those are unset). Exit status 1 when any file failed.
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -10,6 +11,7 @@
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/RuleReader.h"
+#include "koral/KoralModule.h"
 #include "tools/cli/Commands.h"
 
 namespace vellum::cli {
@@ -44,6 +46,16 @@ bool checkRule(const std::string& file) {
     return true;
 }
 
+bool checkModule(const std::string& file) {
+    const ModuleFolderSearch search(file);
+    const koralModule* module = search.load();
+    if (module == nullptr)
+        return false;
+    std::cout << file << ": module '" << module->name() << "', " << module->units().size()
+              << " units\n";
+    return true;
+}
+
 struct Reader {
     const char* extension;
     bool (*check)(const std::string& file);
@@ -53,6 +65,7 @@ struct Reader {
 constexpr Reader kReaders[] = {
     {".dg", checkGraph},
     {".drl", checkRule},
+    {".mod", checkModule},
 };
 
 const Reader* readerFor(const std::string& file) {
@@ -66,7 +79,8 @@ const Reader* readerFor(const std::string& file) {
 bool checkFile(const std::string& file) {
     const Reader* reader = readerFor(file);
     if (reader == nullptr) {
-        std::cerr << "vellum-cli check: '" << file << "' has no known file type (.dg, .drl)\n";
+        std::cerr << "vellum-cli check: '" << file
+                  << "' has no known file type (.dg, .drl, .mod)\n";
         return false;
     }
     if (!std::ifstream(file)) {

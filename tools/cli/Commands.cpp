@@ -12,6 +12,7 @@ const std::vector<Command>& commands() {
         {"match", "RULE GRAPH", runMatch},
         {"apply", "RULE GRAPH [--mode 0|1|2] [-o OUT]", runApply},
         {"layout", "NAME GRAPH [-o OUT] | --list", runLayout},
+        {"run", "MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]", runRun},
     };
     return table;
 }

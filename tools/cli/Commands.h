@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+namespace vellum {
+class koralModule;
+}
+
 namespace vellum::cli {
 
 using Arguments = std::vector<std::string>;
@@ -35,6 +39,30 @@ int runApply(const Arguments& arguments);
 // `layout NAME GRAPH [-o OUT]`: lays the graph out with the named algorithm and writes it (to
 // OUT, else to standard output); `layout --list` prints "NAME DESCRIPTION" per algorithm.
 int runLayout(const Arguments& arguments);
+// `run MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]`: runs a
+// transformation unit on the graph with the interpreter.
+int runRun(const Arguments& arguments);
+
+// A module file given on the command line (run, check), with its folder as the module and rule
+// search path ("koralModules", "koralGraphRules") where that variable is unset, for as long as
+// the object lives.
+class ModuleFolderSearch {
+  public:
+    explicit ModuleFolderSearch(std::string moduleFile);
+    // Unsets the variables it set.
+    ~ModuleFolderSearch();
+    ModuleFolderSearch(const ModuleFolderSearch&) = delete;
+    ModuleFolderSearch& operator=(const ModuleFolderSearch&) = delete;
+
+    // The module in the file, compiled now unless it is cached; null when the file does not
+    // exist or has errors (the compiler's messages are on the console).
+    const koralModule* load() const;
+
+  private:
+    std::string file_;
+    bool setModules_;
+    bool setRules_;
+};
 
 constexpr int kExitOk = 0;
 constexpr int kExitFailed = 1;

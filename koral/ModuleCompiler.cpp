@@ -1,0 +1,421 @@
+#include "koral/ModuleCompiler.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <deque>
+#include <fstream>
+#include <iterator>
+
+#include "grammar/Console.h"
+#include "grammar/ParseReport.h"
+#include "grammar/TokenScanner.h"
+#include "koral/GraphClassHandlers.h"
+#include "koral/KoralApply.h"
+#include "koral/KoralCall.h"
+#include "koral/KoralException.h"
+#include "koral/KoralIf.h"
+#include "koral/KoralWhile.h"
+#include "koral/ModuleCache.h"
+#include "koral/ModuleLanguage.h"
+#include "koral/RuleCache.h"
+
+namespace vellum {
+
+// Keeps, beside the scanner's token history, where each accepted token stands in the input, so
+// that statements can record their source position.
+class PositionScanner : public TokenScanner {
+  public:
+    explicit PositionScanner(Cache& source) : source_(source) {}
+
+    // The source stands right after the token when it is accepted.
+    int onToken(int code) override {
+        const long end = source_.tell();
+        spans_.push_front({end - static_cast<long>(text().size()), end});
+        if (spans_.size() > kHistoryDepth)
+            spans_.pop_back();
+        return code;
+    }
+
+    // Begin and end offset of the k-th latest token (k as for tokenAt()).
+    std::pair<long, long> span(std::size_t k) const {
+        return k < spans_.size() ? spans_[k] : std::pair<long, long>{0, 0};
+    }
+    void clear() { spans_.clear(); }
+
+  private:
+    Cache& source_;
+    std::deque<std::pair<long, long>> spans_;
+};
+
+namespace {
+
+// The action numbers of the MOD grammar.
+enum Action : int {
+    kModuleName = 1,
+    kUses = 2,
+    kExport = 3,
+    kUnitHeading = 4,
+    kCall = 5,
+    kApplyMode = 6,
+    kAlternative = 7,
+    kConditionKind = 8,
+    kUnitCondition = 9,
+    kGraphClass = 10,
+    kIfCondition = 11,
+    kThenEnd = 12,
+    kElseEnd = 13,
+    kIfEnd = 14,
+    kWhileCondition = 16,
+    kWhileEnd = 17,
+    kSeparator = 18,
+};
+
+// Token codes the actions look at.
+constexpr int kInitialCode = 10;
+constexpr int kOnceCode = 12;
+constexpr int kAlapCode = 13;
+constexpr int kTimesCode = 27;
+constexpr int kSequenceCode = 28;
+
+// Open if and while statements at once; deeper nesting would only make the interpreter's
+// recursion and the tree's destruction run out of stack.
+constexpr std::size_t kMaxOpenStatements = 256;
+
+// The number before "times" as an integer: the digits before any fraction, saturated.
+long long wholePart(const std::string& text) {
+    const long long value = std::strtoll(text.c_str(), nullptr, 10);
+    return std::clamp<long long>(value, INT_MIN, INT_MAX);
+}
+
+// The text between the parentheses of a condition token, as written: escapes such as "\)" are
+// the condition language's, so the handler reads them.
+std::string conditionText(const std::string& token) {
+    return token.size() >= 2 ? token.substr(1, token.size() - 2) : token;
+}
+
+}  // namespace
+
+bool ModuleLoadChain::contains(std::string_view moduleName) const {
+    for (const ModuleLoadChain* link = this; link != nullptr; link = link->outer) {
+        if (link->name == moduleName)
+            return true;
+    }
+    return false;
+}
+
+ModuleCompiler::ModuleCompiler() {
+    auto scanner = std::make_unique<PositionScanner>(source());
+    positions_ = scanner.get();
+    setScanner(std::move(scanner));
+    loadGrammar(kModuleGrammar, kModuleTokens);
+}
+
+ModuleCompiler::~ModuleCompiler() = default;
+
+void ModuleCompiler::reset() {
+    graphClass_.clear();
+    unit_ = nullptr;
+    current_ = nullptr;
+    open_.clear();
+    apply_ = nullptr;
+    firstSeparator_ = false;
+    initialCondition_ = false;
+    positions_->clear();
+}
+
+void ModuleCompiler::readLineStarts(const std::string& file) {
+    lineStarts_.assign(1, 0);
+    std::ifstream in(file, std::ios::binary);
+    long offset = 0;
+    for (std::istreambuf_iterator<char> it(in), end; it != end; ++it) {
+        ++offset;
+        if (*it == '\n')
+            lineStarts_.push_back(offset);
+    }
+}
+
+std::unique_ptr<koralModule> ModuleCompiler::compile(const std::string& file,
+                                                     const std::string& name,
+                                                     const ModuleLoadChain* outer) {
+    reset();
+    readLineStarts(file);
+    chain_ = ModuleLoadChain{name, outer, outer != nullptr ? outer->depth + 1 : 1};
+    module_ = std::make_unique<koralModule>(file);
+    std::string excerpt;
+    long position = 0;
+    const bool ok = parseFile(file, kExcerptBefore, kExcerptAfter, excerpt, position);
+    std::unique_ptr<koralModule> module = std::move(module_);
+    reset();
+    if (ok) {
+        module->markLoaded();
+        return module;
+    }
+    if (position < 0)
+        console() << "Module '" << name << "' contains errors!!!\n";
+    else
+        reportSyntaxError("Module", name, position, lineNumber(), excerpt);
+    return nullptr;
+}
+
+int ModuleCompiler::onAction(int number) {
+    switch (number) {
+        case kModuleName:
+            return setModuleName();
+        case kUses:
+            return useModule();
+        case kExport:
+            return addExport();
+        case kUnitHeading:
+            return startUnit();
+        case kCall:
+            return addCall();
+        case kApplyMode:
+            return startApply();
+        case kAlternative:
+            return addAlternative();
+        case kConditionKind:
+            return chooseCondition();
+        case kUnitCondition:
+            return setUnitCondition();
+        case kGraphClass:
+            return setGraphClass();
+        case kIfCondition:
+            return openIf();
+        case kThenEnd:
+            return startElse();
+        case kElseEnd:
+            return true;  // the else statements went straight into their list
+        case kIfEnd:
+            return closeStatement();
+        case kWhileCondition:
+            return openWhile();
+        case kWhileEnd:
+            return closeStatement();
+        case kSeparator:
+            return setOrdering();
+        default:
+            console() << "Unkown callback number !!!\n";
+            return 0;
+    }
+}
+
+std::string ModuleCompiler::tokenText(std::size_t k) const {
+    const TokenRecord* record = tokenAt(k);
+    return record != nullptr ? record->text : std::string();
+}
+
+int ModuleCompiler::tokenCode(std::size_t k) const {
+    const TokenRecord* record = tokenAt(k);
+    return record != nullptr ? record->code : -1;
+}
+
+koralSourcePosition ModuleCompiler::record(std::string label, int code,
+                                           std::size_t firstToken) const {
+    koralSourcePosition position;
+    position.label = std::move(label);
+    position.code = code;
+    position.module = module_.get();
+    position.begin = positions_->span(firstToken).first;
+    position.end = positions_->span(0).second;
+    const auto line = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), position.begin);
+    position.line = static_cast<int>(line - lineStarts_.begin());
+    position.column = static_cast<int>(position.begin - *(line - 1)) + 1;
+    return position;
+}
+
+std::unique_ptr<KoralCondition> ModuleCompiler::compileCondition(const std::string& token) {
+    const std::string text = conditionText(token);
+    try {
+        auto condition = GraphClassHandlers::instance().compileCondition(graphClass_, this, text);
+        if (condition == nullptr)
+            console() << "Expression '" << text << "' contains errors!!!\n";
+        return condition;
+    } catch (const koralException& e) {
+        console() << e.message() << "\n";
+        return nullptr;
+    }
+}
+
+bool ModuleCompiler::setModuleName() {
+    module_->setName(tokenText(0));
+    return true;
+}
+
+bool ModuleCompiler::setGraphClass() {
+    graphClass_ = tokenText(0);
+    module_->setGraphClass(graphClass_);
+    return GraphClassHandlers::instance().open(graphClass_);
+}
+
+bool ModuleCompiler::useModule() {
+    const koralModule* used = ModuleCache::instance().load(tokenText(0), &chain_);
+    if (used == nullptr)
+        return false;
+    module_->addUse(*used);
+    return true;
+}
+
+bool ModuleCompiler::addExport() {
+    module_->addExport(tokenText(0));
+    return true;
+}
+
+bool ModuleCompiler::startUnit() {
+    auto unit = std::make_unique<koralUnit>(tokenText(0), *module_,
+                                            record("UNIT", koralSourcePosition::kUnit, 1));
+    unit_ = &module_->addUnit(std::move(unit));
+    current_ = &unit_->body();
+    open_.clear();
+    apply_ = nullptr;
+    firstSeparator_ = false;
+    initialCondition_ = false;
+    return true;
+}
+
+bool ModuleCompiler::addCall() {
+    try {
+        current_->push_back(std::make_unique<koralCall>(
+            tokenText(0), record("CALL", koralSourcePosition::kCall, 1)));
+    } catch (const koralException& e) {
+        // The statement is left out and the module compiles on.
+        reportCaught(e);
+    }
+    return true;
+}
+
+bool ModuleCompiler::startApply() {
+    koralApply::Mode mode = koralApply::Mode::Once;
+    long long count = 1;
+    std::size_t applyToken = 1;
+    switch (tokenCode(0)) {
+        case kOnceCode:
+            break;
+        case kAlapCode:
+            mode = koralApply::Mode::AsLongAsPossible;
+            break;
+        case kTimesCode:
+            count = wholePart(tokenText(1));
+            if (count < 2) {
+                console() << "The number of times must be greater than one!\n";
+                return false;
+            }
+            mode = koralApply::Mode::Times;
+            applyToken = 2;
+            break;
+        default:
+            return false;
+    }
+    auto apply = std::make_unique<koralApply>(
+        mode, static_cast<int>(count), record("APPLY", koralSourcePosition::kApply, applyToken));
+    apply_ = apply.get();
+    current_->push_back(std::move(apply));
+    firstSeparator_ = true;
+    return true;
+}
+
+bool ModuleCompiler::addAlternative() {
+    const std::string name = tokenText(0);
+    if (const SharedRule* rule = RuleCache::instance().find(name, graphClass_)) {
+        apply_->addRule(*rule, record(name, koralSourcePosition::kRuleAlternative, 0));
+        return true;
+    }
+    const koralUnit* unit = module_->findUnit(name);
+    if (unit == nullptr)
+        unit = findUnit(name, graphClass_, &chain_);
+    if (unit == nullptr) {
+        console() << "Unit or rule '" << name << "' not found!!!\n";
+        return false;
+    }
+    apply_->addUnit(*unit, record(name, koralSourcePosition::kUnitAlternative, 0));
+    return true;
+}
+
+bool ModuleCompiler::chooseCondition() {
+    initialCondition_ = tokenCode(0) == kInitialCode;
+    return true;
+}
+
+bool ModuleCompiler::setUnitCondition() {
+    std::unique_ptr<KoralCondition> condition = compileCondition(tokenText(0));
+    if (condition == nullptr)
+        return false;
+    if (initialCondition_) {
+        unit_->setInitialCondition(std::move(condition),
+                                   record("INITIAL", koralSourcePosition::kInitial, 1));
+    } else {
+        unit_->setTerminalCondition(std::move(condition),
+                                    record("TERMINAL", koralSourcePosition::kTerminal, 1));
+    }
+    return true;
+}
+
+bool ModuleCompiler::mayOpenStatement() const {
+    if (open_.size() < kMaxOpenStatements)
+        return true;
+    console() << "Statements nested too deeply!!!\n";
+    return false;
+}
+
+bool ModuleCompiler::openIf() {
+    if (!mayOpenStatement())
+        return false;
+    std::unique_ptr<KoralCondition> condition = compileCondition(tokenText(0));
+    if (condition == nullptr)
+        return false;
+    auto statement =
+        std::make_unique<koralIf>(std::move(condition), record("IF", koralSourcePosition::kIf, 1));
+    koralIf* opened = statement.get();
+    current_->push_back(std::move(statement));
+    open_.push_back(OpenStatement{opened, current_});
+    current_ = &opened->thenStatements();
+    return true;
+}
+
+bool ModuleCompiler::startElse() {
+    koralIf* top = open_.empty() ? nullptr : open_.back().ifStatement;
+    if (top == nullptr)
+        return false;
+    current_ = &top->elseStatements();
+    return true;
+}
+
+bool ModuleCompiler::closeStatement() {
+    if (open_.empty())
+        return false;
+    current_ = open_.back().enclosing;
+    open_.pop_back();
+    return true;
+}
+
+bool ModuleCompiler::openWhile() {
+    if (!mayOpenStatement())
+        return false;
+    std::unique_ptr<KoralCondition> condition = compileCondition(tokenText(0));
+    if (condition == nullptr)
+        return false;
+    auto statement = std::make_unique<koralWhile>(std::move(condition),
+                                                  record("WHILE", koralSourcePosition::kWhile, 1));
+    koralWhile* opened = statement.get();
+    current_->push_back(std::move(statement));
+    open_.push_back(OpenStatement{nullptr, current_});
+    current_ = &opened->body();
+    return true;
+}
+
+bool ModuleCompiler::setOrdering() {
+    const std::string separator = tokenText(0);
+    const auto ordering = tokenCode(0) == kSequenceCode ? koralApply::Ordering::Sequence
+                                                        : koralApply::Ordering::Random;
+    if (firstSeparator_) {
+        apply_->setOrdering(ordering);
+        firstSeparator_ = false;
+        return true;
+    }
+    if (ordering == apply_->ordering())
+        return true;
+    console() << "Expected '" << separator << "' but got '" << separator << "'!!!\n";
+    return false;
+}
+
+}  // namespace vellum

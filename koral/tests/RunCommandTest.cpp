@@ -1,0 +1,260 @@
+// `vellum-cli run` and `vellum-cli check` on modules, through the real program with the real
+// graph class handler DirectedGraph.gc and the method library graphstats.
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "KoralRunTestSupport.h"
+#include "graph/GraphReader.h"
+
+extern char** environ;
+
+namespace vellum {
+namespace {
+
+using test::ScopedEnvironment;
+using test::TempFolder;
+using test::withoutTime;
+
+const char* kRule = R"(directed graphrule aToB
+{
+	left-hand side { vertex 1 { label a } }
+	interface { vertex 1 <-> 2 }
+	right-hand side { vertex 2 { label b } }
+})";
+
+const char* kNoop = R"(directed graphrule noop
+{
+	left-hand side { }
+	interface { }
+	right-hand side { }
+})";
+
+const char* kGraph = R"(directed graph start
+{
+	vertex 1 { label a }
+	vertex 2 { label a }
+	vertex 3 { label a }
+})";
+
+const char* kModule = R"(module relabel
+graph class : DirectedGraph
+exports transformation unit main
+realized by
+transformation unit main
+initial : (vertices.a == 3)
+body : apply as long as possible aToB; call graphstats.counts
+terminal : (vertices.b == 3)
+end;
+transformation unit strict
+initial :
+body : apply 4 times aToB
+terminal :
+end;
+transformation unit forever
+initial :
+body : while (vertices >= 0) do apply once noop end
+terminal :
+end
+end.
+)";
+
+const std::string kBanner =
+    "== Koral Interpreter v3 r2 ==\nCopyright (c) 2026 the Vellum developers\n\n";
+
+// The CLI started with its standard output in a file, standard error dropped.
+class CliProcess {
+  public:
+    CliProcess(const std::vector<std::string>& arguments, const std::string& outputFile) {
+        std::vector<std::string> words = {VELLUM_CLI_PATH};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        std::vector<char*> argv;
+        for (std::string& word : words)
+            argv.push_back(word.data());
+        argv.push_back(nullptr);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+        if (posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ) != 0)
+            pid_ = -1;
+        posix_spawn_file_actions_destroy(&actions);
+    }
+    ~CliProcess() {
+        if (pid_ > 0 && !finished_) {
+            ::kill(pid_, SIGKILL);
+            ::waitpid(pid_, nullptr, 0);
+        }
+    }
+    CliProcess(const CliProcess&) = delete;
+    CliProcess& operator=(const CliProcess&) = delete;
+
+    void interrupt() const { ::kill(pid_, SIGINT); }
+    // The exit status; -1 when the process did not end normally within the time.
+    int wait(std::chrono::seconds limit = std::chrono::seconds(60)) {
+        const auto deadline = std::chrono::steady_clock::now() + limit;
+        int status = 0;
+        while (pid_ > 0 && std::chrono::steady_clock::now() < deadline) {
+            if (::waitpid(pid_, &status, WNOHANG) == pid_) {
+                finished_ = true;
+                return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return -1;
+    }
+
+  private:
+    pid_t pid_ = -1;
+    bool finished_ = false;
+};
+
+std::string contents(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+class RunCommand : public ::testing::Test {
+  protected:
+    RunCommand()
+        : modules_("koralModules", std::nullopt),
+          rules_("koralGraphRules", std::nullopt),
+          classes_("koralGraphClasses", std::nullopt),
+          extension_("DirectedGraphEXTRULE", std::nullopt) {
+        folder_.write("aToB.drl", kRule);
+        folder_.write("noop.drl", kNoop);
+        folder_.write("start.dg", kGraph);
+        module_ = folder_.write("relabel.mod", kModule);
+    }
+
+    struct Result {
+        std::string out;
+        int status;
+    };
+    Result cli(const std::vector<std::string>& arguments) {
+        const std::string out = folder_.path("stdout.txt");
+        CliProcess process(arguments, out);
+        const int status = process.wait();
+        return {withoutTime(contents(out)), status};
+    }
+
+    TempFolder folder_;
+    std::string module_;
+
+  private:
+    ScopedEnvironment modules_;
+    ScopedEnvironment rules_;
+    ScopedEnvironment classes_;
+    ScopedEnvironment extension_;
+};
+
+TEST_F(RunCommand, RunsAUnitOfAModuleFileAndSavesTheGraph) {
+    const std::string saved = folder_.path("out.dg");
+    const Result result = cli({"run", module_, "main", folder_.path("start.dg"), "-o", saved});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, kBanner +
+                              "RUNNING 'main'...\n"
+                              "graphstats: 3 vertices, 0 edges\n"
+                              "  vertices 'b': 3\n"
+                              "READY 'main'...T seconds.\n");
+    const auto graph = loadGraph(saved);
+    ASSERT_NE(graph, nullptr);
+    EXPECT_EQ(graph->vertexCount("b"), 3u);
+}
+
+TEST_F(RunCommand, TracesStatementsAndReportsFigures) {
+    const Result result = cli({"run", module_, "main", folder_.path("start.dg"), "--quiet",
+                               "--trace", "--stats", "--seed", "5"});
+    EXPECT_EQ(result.status, 0);
+    const std::string trace =
+        "RUNNING 'main'...\n"
+        "TRACE UNIT line 5\nTRACE INITIAL line 6\nTRACE APPLY line 7\n"
+        "TRACE aToB line 7\nTRACE aToB line 7\nTRACE aToB line 7\nTRACE aToB line 7\n"
+        "TRACE CALL line 7\n"
+        "graphstats: 3 vertices, 0 edges\n  vertices 'b': 3\n"
+        "TRACE TERMINAL line 8\n"
+        "READY 'main'...T seconds.\n";
+    EXPECT_EQ(result.out.substr(0, trace.size()), trace);
+    EXPECT_NE(result.out.find("STATS rule attempts: 4, applications: 3\n"), std::string::npos)
+        << result.out;
+    EXPECT_NE(result.out.find("STATS rule 'aToB': 4 attempts, 3 applications"), std::string::npos);
+}
+
+TEST_F(RunCommand, FindsAModuleByNameAlongTheSearchPath) {
+    ScopedEnvironment modules("koralModules", folder_.path());
+    ScopedEnvironment rules("koralGraphRules", folder_.path());
+    const Result result = cli({"run", "relabel", "strict", folder_.path("start.dg"), "--quiet"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out,
+              "RUNNING 'strict'...\n"
+              "caugh't: Finished loop 4 of 4\nBut no one of the rules can be applied anymore!!!\n"
+              "from class: koralEvalApply\nof transformation unit: strict\n"
+              "READY 'strict'...T seconds.\n");
+}
+
+TEST_F(RunCommand, RefusesWhatItCannotLoad) {
+    const std::string graph = folder_.path("start.dg");
+    const std::string broken = folder_.write("broken.mod", "module broken graph class : Nowhere");
+    const struct {
+        std::vector<std::string> arguments;
+        std::string out;
+    } rows[] = {
+        {{"run", module_, "main"}, ""},
+        {{"run", module_, "main", graph, "--seed", "-1"}, ""},
+        {{"run", module_, "nothing", graph}, ""},
+        {{"run", module_, "main", folder_.path("none.dg")}, ""},
+        {{"run", "nowhere", "main", graph}, ""},
+        {{"run", broken, "main", graph},
+         "Could not open the graph class handler for 'Nowhere' !!!\n"
+         "Module 'broken' contains errors!!!\n"},
+    };
+    for (const auto& row : rows) {
+        const Result result = cli(row.arguments);
+        EXPECT_EQ(result.status, 2) << row.arguments[2];
+        EXPECT_EQ(result.out, row.out) << row.arguments[2];
+    }
+}
+
+TEST_F(RunCommand, CtrlCStopsTheRunWhichStillEndsAndSaves) {
+    const std::string out = folder_.path("stdout.txt");
+    const std::string saved = folder_.path("stopped.dg");
+    CliProcess process(
+        {"run", module_, "forever", folder_.path("start.dg"), "--quiet", "-o", saved}, out);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (contents(out).find("RUNNING") == std::string::npos &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    process.interrupt();
+    EXPECT_EQ(process.wait(), 130);
+    EXPECT_EQ(withoutTime(contents(out)),
+              "RUNNING 'forever'...\nProgram aborted by user\nREADY 'forever'...T seconds.\n");
+    const auto graph = loadGraph(saved);
+    ASSERT_NE(graph, nullptr);
+    EXPECT_EQ(graph->vertexCount("a"), 3u);
+}
+
+TEST_F(RunCommand, ChecksModuleFiles) {
+    std::string text = kModule;
+    text.replace(text.find("4 times"), 1, "1");
+    const std::string broken = folder_.write("broken.mod", text);
+    const Result result = cli({"check", module_, broken});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, module_ + ": module 'relabel', 3 units\n" +
+                              "The number of times must be greater than one!\n"
+                              "Module 'broken' contains errors!!!\n");
+}
+
+}  // namespace
+}  // namespace vellum

@@ -1,0 +1,277 @@
+// vellum-cli run MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]: runs a
+// transformation unit on a graph with the Koral interpreter and lets its console log through to
+// standard output. MODULE is a module file (its folder then serves as the module and rule search
+// path where those are unset) or a module name found along "koralModules". Ctrl-C stops the run
+// as the desktop program's Stop does. Exit status 0 when the run ended normally, 1 when it ended
+// with an error, 130 when it was stopped by Ctrl-C, 2 for usage and loading errors.
+#include <atomic>
+#include <charconv>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "grammar/Console.h"
+#include "grammar/Paths.h"
+#include "graph/GraphReader.h"
+#include "graph/GraphWriter.h"
+#include "koral/FileSearch.h"
+#include "koral/KoralCPU.h"
+#include "koral/ModuleCache.h"
+#include "tools/cli/Commands.h"
+
+namespace vellum::cli {
+namespace {
+
+constexpr int kExitInterrupted = 130;  // as a shell reports a program ended by Ctrl-C
+
+// Set by the SIGINT handler, polled by the thread that waits for the run.
+std::atomic<int> interruptRequested{0};
+static_assert(std::atomic<int>::is_always_lock_free, "the signal handler needs a lock-free flag");
+
+extern "C" void onInterrupt(int) {
+    interruptRequested.store(1);
+}
+
+// Routes Ctrl-C to the flag for its lifetime; a second Ctrl-C ends the program as usual.
+class InterruptGuard {
+  public:
+    InterruptGuard() {
+        interruptRequested.store(0);
+        struct sigaction action {};
+        action.sa_handler = onInterrupt;
+        action.sa_flags = SA_RESETHAND;
+        sigemptyset(&action.sa_mask);
+        sigaction(SIGINT, &action, &previous_);
+    }
+    ~InterruptGuard() { sigaction(SIGINT, &previous_, nullptr); }
+    InterruptGuard(const InterruptGuard&) = delete;
+    InterruptGuard& operator=(const InterruptGuard&) = delete;
+
+  private:
+    struct sigaction previous_ {};
+};
+
+int usage(const std::string& problem) {
+    for (const Command& command : commands()) {
+        if (std::string_view(command.name) == "run")
+            return usageError(command, problem);
+    }
+    return kExitUsage;
+}
+
+struct RunOptions {
+    std::string module;
+    std::string unit;
+    std::string graphFile;
+    std::optional<std::string> output;
+    std::optional<std::uint32_t> seed;
+    bool trace = false;
+    bool statistics = false;
+    bool quiet = false;
+};
+
+std::optional<std::uint32_t> seedValue(std::string_view text) {
+    std::uint32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+// Takes a flag or an option with its value; false when `argument` is neither.
+bool takeOption(const Arguments& arguments, std::size_t& i, RunOptions& options,
+                std::string& problem) {
+    const std::string& argument = arguments[i];
+    bool* const flag = argument == "--trace"   ? &options.trace
+                       : argument == "--stats" ? &options.statistics
+                       : argument == "--quiet" ? &options.quiet
+                                               : nullptr;
+    if (flag != nullptr) {
+        *flag = true;
+        return true;
+    }
+    if (argument != "-o" && argument != "--seed")
+        return false;
+    if (i + 1 == arguments.size()) {
+        problem = argument + " needs a value";
+        return true;
+    }
+    const std::string& value = arguments[++i];
+    if (argument == "-o") {
+        options.output = value;
+        return true;
+    }
+    options.seed = seedValue(value);
+    if (!options.seed)
+        problem = "the seed must be a whole number from 0 to 4294967295";
+    return true;
+}
+
+// The options, or the problem to report in `problem`.
+std::optional<RunOptions> parseOptions(const Arguments& arguments, std::string& problem) {
+    RunOptions options;
+    std::string* const positional[] = {&options.module, &options.unit, &options.graphFile};
+    std::size_t given = 0;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (takeOption(arguments, i, options, problem)) {
+            if (!problem.empty())
+                return std::nullopt;
+            continue;
+        }
+        if (given == 3) {
+            problem = "unexpected argument '" + arguments[i] + "'";
+            return std::nullopt;
+        }
+        *positional[given++] = arguments[i];
+    }
+    if (given != 3) {
+        problem = "expected a module, a transformation unit and a graph file";
+        return std::nullopt;
+    }
+    return options;
+}
+
+bool isModuleFile(const std::string& argument) {
+    std::error_code error;
+    return std::filesystem::path(argument).extension() == ".mod" ||
+           std::filesystem::is_regular_file(argument, error);
+}
+
+// The module named on the command line; `search` is made for a module file and must outlive
+// the run, since the handler may look for rules while it runs.
+const koralModule* loadModuleArgument(const std::string& argument,
+                                      std::optional<ModuleFolderSearch>& search) {
+    if (isModuleFile(argument)) {
+        if (!std::ifstream(argument)) {
+            std::cerr << "vellum-cli run: cannot open '" << argument << "'\n";
+            return nullptr;
+        }
+        search.emplace(argument);
+        const koralModule* module = search->load();
+        if (module == nullptr)
+            std::cerr << "vellum-cli run: the module '" << argument << "' has errors\n";
+        return module;
+    }
+    if (findFile(ModuleCache::fileName(argument), "koralModules").empty()) {
+        std::cerr << "vellum-cli run: no module '" << argument << "' along koralModules\n";
+        return nullptr;
+    }
+    const koralModule* module = loadModule(argument);
+    if (module == nullptr)
+        std::cerr << "vellum-cli run: the module '" << argument << "' has errors\n";
+    return module;
+}
+
+void traceStatement(const koralSourcePosition& position) {
+    console() << "TRACE " << position.label << " line " << position.line << "\n";
+}
+
+void writeStatistics(const KoralStatistics& statistics) {
+    std::ostringstream text;
+    statistics.write(text);
+    std::istringstream lines(text.str());
+    std::string line;
+    std::ostringstream out;
+    while (std::getline(lines, line))
+        out << "STATS " << line << "\n";
+    console() << out.str();
+}
+
+// Starts the run and waits for its end, turning Ctrl-C into the interpreter's Stop.
+koralCPU::Outcome runToEnd(koralCPU& cpu, const koralUnit& unit, DirectedGraph& graph, bool quiet) {
+    InterruptGuard interrupts;
+    if (!cpu.start(&unit, &graph, nullptr, quiet))
+        return koralCPU::Outcome::Exception;
+    while (!cpu.waitUntilIdle(std::chrono::milliseconds(50))) {
+        if (interruptRequested.load() == 1)
+            cpu.stop();
+    }
+    cpu.wait();
+    return cpu.outcome();
+}
+
+int exitStatus(koralCPU::Outcome outcome) {
+    switch (outcome) {
+        case koralCPU::Outcome::Normal:
+            return kExitOk;
+        case koralCPU::Outcome::Aborted:
+            return kExitInterrupted;
+        default:
+            return kExitFailed;
+    }
+}
+
+// Points the variable at the folder unless it is set; true when it did.
+bool searchFolder(const char* variable, const std::string& folder) {
+    if (environmentIsSet(variable))
+        return false;
+    ::setenv(variable, folder.c_str(), 1);
+    return true;
+}
+
+std::string folderOf(const std::string& file) {
+    const std::string folder = std::filesystem::path(file).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
+}  // namespace
+
+ModuleFolderSearch::ModuleFolderSearch(std::string moduleFile)
+    : file_(std::move(moduleFile)),
+      setModules_(searchFolder("koralModules", folderOf(file_))),
+      setRules_(searchFolder("koralGraphRules", folderOf(file_))) {}
+
+ModuleFolderSearch::~ModuleFolderSearch() {
+    if (setModules_)
+        ::unsetenv("koralModules");
+    if (setRules_)
+        ::unsetenv("koralGraphRules");
+}
+
+const koralModule* ModuleFolderSearch::load() const {
+    return ModuleCache::instance().loadFile(file_);
+}
+
+int runRun(const Arguments& arguments) {
+    std::string problem;
+    const std::optional<RunOptions> options = parseOptions(arguments, problem);
+    if (!options)
+        return usage(problem);
+    std::optional<ModuleFolderSearch> search;
+    const koralModule* module = loadModuleArgument(options->module, search);
+    if (module == nullptr)
+        return kExitUsage;
+    const koralUnit* unit = module->findUnit(options->unit);
+    if (unit == nullptr) {
+        std::cerr << "vellum-cli run: the module '" << module->name()
+                  << "' has no transformation unit '" << options->unit << "'\n";
+        return kExitUsage;
+    }
+    DirectedGraph graph;
+    if (!std::ifstream(options->graphFile)) {
+        std::cerr << "vellum-cli run: cannot open '" << options->graphFile << "'\n";
+        return kExitUsage;
+    }
+    if (!loadGraph(options->graphFile, graph)) {
+        std::cout.flush();
+        return kExitUsage;
+    }
+    koralCPU cpu;
+    cpu.setSeed(options->seed);
+    if (options->trace)
+        cpu.setTraceHook(traceStatement);
+    cpu.setCollectStatistics(options->statistics);
+    const koralCPU::Outcome outcome = runToEnd(cpu, *unit, graph, options->quiet);
+    if (options->statistics)
+        writeStatistics(cpu.statistics());
+    const bool saved = !options->output || saveGraph(graph, *options->output);
+    std::cout.flush();
+    return saved ? exitStatus(outcome) : kExitFailed;
+}
+
+}  // namespace vellum::cli
