@@ -1,5 +1,7 @@
 #include "grammar/ExpressionGrammar.h"
 
+#include "grammar/CharacterClasses.h"
+
 namespace vellum {
 namespace {
 
@@ -22,7 +24,7 @@ BOOLEAN = $LXTRUE | $LXFALSE.
 #EXPRESSION..
 )text";
 
-constexpr std::string_view kTokens = R"text(
+constexpr auto kTokens = joinText(R"text(
 $LXIF : 1 = "?".
 $LXELSE : 2 = ":".
 $LXOR : 3 = "||".
@@ -44,12 +46,8 @@ $DLL : 18 = "$(" CHARS "." CHARS ")".
 $NUMBER : 1000 = DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
 $IDENTIFIER : 1001 = CHARS {"." CHARS}.
 $STRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
-$INTERNAL : 1003 = "\\" "$CHAR$".
-CHARS = LETTER {LETTER | DIGITS09 | "_"}.
-DIGITS09 = "0-9".
-DIGITS19 = "1-9".
-LETTER = "a-z" | "A-Z".
-..)text";
+)text",
+                                  kCharacterClasses, "..");
 
 }  // namespace
 

@@ -7,20 +7,18 @@
 #include <unordered_map>
 #include <utility>
 
-#include "grammar/SyntaxGraph.h"
+#include "grammar/NotationReader.h"
 
 namespace vellum {
 
 using syntax::Fragment;
-using syntax::isBlank;
-using syntax::isNameChar;
 
 // Reads a grammar text: productions `NAME = PATTERN .`, ended by `#NAME` or by a full stop where
-// a production would begin.
-class GrammarTextCompiler {
+// a production would begin. Its own elements are $TOKEN, "literal" and <action>.
+class GrammarTextCompiler : public syntax::NotationReader<GrammarTextCompiler, GrammarNode> {
   public:
     GrammarTextCompiler(std::string_view text, GrammarDefinition& out)
-        : text_(text), out_(out), build_(out.nodes_) {}
+        : NotationReader(text, out.nodes_), out_(out) {}
 
     bool run() {
         int lastDefined = -1;
@@ -60,32 +58,7 @@ class GrammarTextCompiler {
     }
 
   private:
-    char current() const { return at_ < text_.size() ? text_[at_] : '\0'; }
-    void skipBlanks() {
-        while (isBlank(current()))
-            ++at_;
-    }
-    bool expect(char c) {
-        skipBlanks();
-        if (current() != c)
-            return false;
-        ++at_;
-        return true;
-    }
-
-    std::optional<std::string> name() {
-        skipBlanks();
-        std::string n;
-        while (isNameChar(current())) {
-            if (n.size() == kMaxTokenText)
-                return std::nullopt;
-            n.push_back(current());
-            ++at_;
-        }
-        if (n.empty())
-            return std::nullopt;
-        return n;
-    }
+    friend class syntax::NotationReader<GrammarTextCompiler, GrammarNode>;
 
     int symbol(const std::string& n) {
         const auto it = byName_.find(n);
@@ -97,66 +70,16 @@ class GrammarTextCompiler {
         return index;
     }
 
-    std::optional<Fragment> alternatives() {
-        auto result = sequence();
-        if (!result)
-            return std::nullopt;
-        for (;;) {
-            skipBlanks();
-            if (current() != '|')
-                return result;
-            ++at_;
-            auto next = sequence();
-            if (!next)
-                return std::nullopt;
-            result = build_.alternatives(std::move(*result), std::move(*next));
-        }
+    static bool startsOwnElement(char c) { return c == '<' || c == '$'; }
+
+    std::optional<Fragment> named(const std::string& n) {
+        GrammarNode node;
+        node.kind = GrammarNodeKind::Nonterminal;
+        node.production = symbol(n);
+        return build_.single(std::move(node));
     }
 
-    static bool startsFurtherElement(char c) {
-        return (c >= 'A' && c <= 'Z') || c == '"' || c == '(' || c == '[' || c == '{' || c == '<' ||
-               c == '$';
-    }
-
-    std::optional<Fragment> sequence() {
-        auto result = element();
-        if (!result)
-            return std::nullopt;
-        for (;;) {
-            skipBlanks();
-            if (!startsFurtherElement(current()))
-                return result;
-            auto next = element();
-            if (!next)
-                return std::nullopt;
-            result = build_.sequence(std::move(*result), std::move(*next));
-        }
-    }
-
-    std::optional<Fragment> group(char close) {
-        if (nesting_ == syntax::kMaxGroupNesting)
-            return std::nullopt;
-        ++at_;
-        ++nesting_;
-        auto inner = alternatives();
-        --nesting_;
-        if (!inner || !expect(close))
-            return std::nullopt;
-        return inner;
-    }
-
-    std::optional<Fragment> element() {
-        skipBlanks();
-        const char c = current();
-        if (isNameChar(c)) {
-            const auto n = name();
-            if (!n)
-                return std::nullopt;
-            GrammarNode node;
-            node.kind = GrammarNodeKind::Nonterminal;
-            node.production = symbol(*n);
-            return build_.single(std::move(node));
-        }
+    std::optional<Fragment> ownElement(char c) {
         switch (c) {
             case '$':
                 return token();
@@ -164,20 +87,6 @@ class GrammarTextCompiler {
                 return literal();
             case '<':
                 return action();
-            case '(':
-                return group(')');
-            case '[': {
-                auto inner = group(']');
-                if (!inner)
-                    return std::nullopt;
-                return build_.optional(std::move(*inner), GrammarNode{});
-            }
-            case '{': {
-                auto inner = group('}');
-                if (!inner)
-                    return std::nullopt;
-                return build_.repetition(std::move(*inner), GrammarNode{});
-            }
             default:
                 return std::nullopt;
         }
@@ -185,19 +94,13 @@ class GrammarTextCompiler {
 
     std::optional<Fragment> token() {
         ++at_;
-        std::string n;
-        while (isNameChar(current())) {
-            if (n.size() == kMaxTokenText)
-                return std::nullopt;
-            n.push_back(current());
-            ++at_;
-        }
-        if (n.empty())
+        auto n = nameHere();
+        if (!n)
             return std::nullopt;
         GrammarNode node;
         node.kind = GrammarNodeKind::Token;
-        node.token = out_.tokens_ ? out_.tokens_->find(n) : -1;
-        node.text = std::move(n);
+        node.token = out_.tokens_ ? out_.tokens_->find(*n) : -1;
+        node.text = std::move(*n);
         return build_.single(std::move(node));
     }
 
@@ -241,11 +144,7 @@ class GrammarTextCompiler {
         return build_.single(std::move(node));
     }
 
-    std::string_view text_;
-    std::size_t at_ = 0;
-    int nesting_ = 0;  // open groups around the current element
     GrammarDefinition& out_;
-    syntax::Builder<GrammarNode> build_;
     std::unordered_map<std::string, int> byName_;
 };
 

@@ -5,19 +5,19 @@
 #include <mutex>
 #include <optional>
 
-#include "grammar/SyntaxGraph.h"
+#include "grammar/NotationReader.h"
 
 namespace vellum {
 
 using syntax::Fragment;
-using syntax::isBlank;
 using syntax::isNameChar;
 
-// Reads a token-definition text. Every parse function returns nullopt on a malformed text.
-class TokenTextCompiler {
+// Reads a token-definition text. Its own element is the quoted one: a literal, a range "a-z", an
+// except element "#c" or any character "$CHAR$".
+class TokenTextCompiler : public syntax::NotationReader<TokenTextCompiler, PatternNode> {
   public:
     TokenTextCompiler(std::string_view text, TokenDefinitions& out)
-        : text_(text), out_(out), build_(out.nodes_) {}
+        : NotationReader(text, out.nodes_), out_(out) {}
 
     bool run() {
         for (;;) {
@@ -44,32 +44,7 @@ class TokenTextCompiler {
     }
 
   private:
-    char current() const { return at_ < text_.size() ? text_[at_] : '\0'; }
-    void skipBlanks() {
-        while (isBlank(current()))
-            ++at_;
-    }
-    bool expect(char c) {
-        skipBlanks();
-        if (current() != c)
-            return false;
-        ++at_;
-        return true;
-    }
-
-    std::optional<std::string> name() {
-        skipBlanks();
-        std::string n;
-        while (isNameChar(current())) {
-            if (n.size() == kMaxTokenText)
-                return std::nullopt;
-            n.push_back(current());
-            ++at_;
-        }
-        if (n.empty())
-            return std::nullopt;
-        return n;
-    }
+    friend class syntax::NotationReader<TokenTextCompiler, PatternNode>;
 
     int symbol(const std::string& n) {
         const auto it = out_.byName_.find(n);
@@ -117,81 +92,18 @@ class TokenTextCompiler {
                                                        : static_cast<int>(value);
     }
 
-    std::optional<Fragment> alternatives() {
-        auto result = sequence();
-        if (!result)
-            return std::nullopt;
-        for (;;) {
-            skipBlanks();
-            if (current() != '|')
-                return result;
-            ++at_;
-            auto next = sequence();
-            if (!next)
-                return std::nullopt;
-            result = build_.alternatives(std::move(*result), std::move(*next));
-        }
+    static bool startsOwnElement(char) { return false; }
+
+    std::optional<Fragment> named(const std::string& n) {
+        PatternNode node;
+        node.kind = PatternKind::Reference;
+        node.reference = symbol(n);
+        return build_.single(std::move(node));
     }
 
-    static bool startsFurtherElement(char c) {
-        return (c >= 'A' && c <= 'Z') || c == '"' || c == '(' || c == '[' || c == '{';
-    }
-
-    std::optional<Fragment> sequence() {
-        auto result = element();
-        if (!result)
-            return std::nullopt;
-        for (;;) {
-            skipBlanks();
-            if (!startsFurtherElement(current()))
-                return result;
-            auto next = element();
-            if (!next)
-                return std::nullopt;
-            result = build_.sequence(std::move(*result), std::move(*next));
-        }
-    }
-
-    std::optional<Fragment> group(char close) {
-        if (nesting_ == syntax::kMaxGroupNesting)
-            return std::nullopt;
-        ++at_;
-        ++nesting_;
-        auto inner = alternatives();
-        --nesting_;
-        if (!inner || !expect(close))
-            return std::nullopt;
-        return inner;
-    }
-
-    std::optional<Fragment> element() {
-        skipBlanks();
-        const char c = current();
-        if (isNameChar(c)) {
-            const auto n = name();
-            if (!n)
-                return std::nullopt;
-            PatternNode node;
-            node.kind = PatternKind::Reference;
-            node.reference = symbol(*n);
-            return build_.single(std::move(node));
-        }
+    std::optional<Fragment> ownElement(char c) {
         if (c == '"')
             return quoted();
-        if (c == '(')
-            return group(')');
-        if (c == '[') {
-            auto inner = group(']');
-            if (!inner)
-                return std::nullopt;
-            return build_.optional(std::move(*inner), PatternNode{});
-        }
-        if (c == '{') {
-            auto inner = group('}');
-            if (!inner)
-                return std::nullopt;
-            return build_.repetition(std::move(*inner), PatternNode{});
-        }
         return std::nullopt;
     }
 
@@ -234,11 +146,7 @@ class TokenTextCompiler {
         return build_.single(std::move(node));
     }
 
-    std::string_view text_;
-    std::size_t at_ = 0;
-    int nesting_ = 0;  // open groups around the current element
     TokenDefinitions& out_;
-    syntax::Builder<PatternNode> build_;
 };
 
 namespace {

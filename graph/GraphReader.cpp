@@ -3,6 +3,7 @@
 #include "grammar/Console.h"
 #include "grammar/ParseReport.h"
 #include "graph/BooleanAttribute.h"
+#include "graph/GraphFormat.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/NumberText.h"
 #include "graph/RealAttribute.h"
@@ -11,48 +12,6 @@
 
 namespace vellum {
 namespace {
-
-// The tokens, in the order the scanner tries them (a keyword before the identifier, so that
-// "vertexA" is read as the keyword and the identifier "A").
-constexpr const char* kGraphTokens = R"TOKENS(
-$COMMENT : 0 = "%" {"$CHAR$"}.
-$LGRAPH : 1 = "directed graph".
-$LVERTEX : 2 = "vertex".
-$LBOOLEAN : 3 = "boolean".
-$LTRUE : 4 = "true".
-$LFALSE : 5 = "false".
-$LINTEGER : 6 = "integer".
-$LREAL : 7 = "real".
-$LSTRING : 8 = "string".
-$LVECTOR : 9 = "vector".
-$LEDGE : 12 = "edge".
-$LARROW : 13 = "\->".
-$LLABEL : 14 = "label".
-$NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
-$IDENTIFIER : 1001 = CHARS.
-$LLSTRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
-$INTERNAL : 1003 = "\\" "$CHAR$".
-CHARS = LETTER {LETTER | DIGITS09 | "_"}.
-DIGITS09 = "0-9".
-DIGITS19 = "1-9".
-LETTER = "a-z" | "A-Z".
-.)TOKENS";
-
-constexpr const char* kGraphGrammar = R"GRAMMAR(
-GRAPH = $LGRAPH <0> [$IDENTIFIER <1>] "{" VERTICES EDGES "}".
-VERTICES = { VERTEX }.
-EDGES = { EDGE }.
-VERTEX = $LVERTEX $NUMBER <2> ["{" [LABEL] {ATTRIBUTE} "}"].
-ATTRIBUTE = BOOLEAN | INTEGER | REAL | STRING | VECTOR.
-LABEL = $LLABEL $IDENTIFIER <11>.
-BOOLEAN = $LBOOLEAN $IDENTIFIER "=" ($LTRUE | $LFALSE) <3>.
-INTEGER = $LINTEGER $IDENTIFIER "=" $NUMBER <4>.
-REAL = $LREAL $IDENTIFIER "=" $NUMBER <5>.
-STRING = $LSTRING $IDENTIFIER "=" $LLSTRING <6>.
-VECTOR = $LVECTOR $IDENTIFIER <7> "=" "(" $NUMBER <8> { $NUMBER <8>} ")" <9>.
-EDGE = $LEDGE $NUMBER $LARROW $NUMBER <10> ["{" [LABEL] {ATTRIBUTE} "}" ].
-#GRAPH.
-)GRAMMAR";
 
 // The action numbers of the grammar above.
 enum Action : int {

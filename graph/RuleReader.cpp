@@ -4,6 +4,7 @@
 #include "grammar/ParseReport.h"
 #include "graph/AttributeExpression.h"
 #include "graph/BooleanAttribute.h"
+#include "graph/GraphFormat.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/NumberText.h"
 #include "graph/RealAttribute.h"
@@ -16,7 +17,7 @@ namespace {
 
 // The tokens, in the order the scanner tries them: keywords before the identifier, "->" before
 // a negative number.
-constexpr const char* kRuleTokens = R"TOKENS(
+constexpr auto kRuleTokens = joinText(R"TOKENS(
 $COMMENT : 0 = "%" {"$CHAR$"}.
 $LGRAPHRULE : 16 = "directed graphrule".
 $LVERTEX : 2 = "vertex".
@@ -40,15 +41,8 @@ $LAPPCOND : 22 = "application condition".
 $EXPRESSION : 23 = "[" {(INTERNAL | "#]")} "]".
 $WILDCARD : 24 = "*".
 $LREF : 25 = "@".
-$NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
-$IDENTIFIER : 1001 = CHARS.
-$LLSTRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
-$INTERNAL : 1003 = "\\" "$CHAR$".
-CHARS = LETTER {LETTER | DIGITS09 | "_"}.
-DIGITS09 = "0-9".
-DIGITS19 = "1-9".
-LETTER = "a-z" | "A-Z".
-.)TOKENS";
+)TOKENS",
+                                      kGraphValueTokens, kCharacterClasses, ".");
 
 constexpr const char* kRuleGrammar = R"GRAMMAR(
 GRAPHRULE = $LGRAPHRULE $IDENTIFIER <50> "{" RULE "}".

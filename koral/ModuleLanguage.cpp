@@ -1,8 +1,12 @@
 #include "koral/ModuleLanguage.h"
 
+#include "grammar/CharacterClasses.h"
+
 namespace vellum {
 
-const char* const kModuleTokens = R"TOKENS(
+namespace {
+
+constexpr auto kModuleTokenText = joinText(R"TOKENS(
 $COMMENT : 0 = "%" {"$CHAR$"}.
 $LXMODULE : 1 = "module".
 $LXEND : 3 = "end".
@@ -30,12 +34,12 @@ $LXCONDITION : 30 = "(" {(INTERNAL | "#)")} ")".
 $NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
 $IDENTIFIER : 1001 = CHARS {"." CHARS}.
 $STRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
-$INTERNAL : 1003 = "\\" "$CHAR$".
-CHARS = LETTER {LETTER | DIGITS09 | "_"}.
-DIGITS09 = "0-9".
-DIGITS19 = "1-9".
-LETTER = "a-z" | "A-Z".
-.)TOKENS";
+)TOKENS",
+                                           kCharacterClasses, ".");
+
+}  // namespace
+
+const char* const kModuleTokens = kModuleTokenText.c_str();
 
 const char* const kModuleGrammar = R"GRAMMAR(
 MOD = $LXMODULE $IDENTIFIER <1> TYPE [USES] EXPORTS IMPLEMENTATION $LXEND ".".
