@@ -1,5 +1,7 @@
 #include "graph/LabelIndex.h"
 
+#include <algorithm>
+
 namespace vellum {
 
 LabelIndex::LabelIndex() {
@@ -19,6 +21,8 @@ LabelBucket& LabelIndex::acquire(std::string_view label) {
         bucket->index = this;
         const std::string_view key = bucket->text;
         at = buckets_.emplace(key, std::move(bucket)).first;
+    } else if (at->second->references == 0) {
+        --idle_;  // an idle bucket in use again
     }
     ++at->second->references;
     return *at->second;
@@ -28,10 +32,21 @@ void LabelIndex::release(LabelBucket& bucket) {
     // The empty label's bucket is never released: it holds one reference of the index's own.
     if (--bucket.references != 0)
         return;
-    // Erased through an iterator: the key views the text that the erasure destroys.
-    const auto at = buckets_.find(bucket.text);
-    if (at != buckets_.end())
-        buckets_.erase(at);
+    constexpr std::size_t kFewIdle = 64;
+    ++idle_;
+    if (idle_ > std::max(kFewIdle, buckets_.size() - idle_))
+        sweep();
+}
+
+void LabelIndex::sweep() {
+    // Erased through iterators: a key views the text that the erasure destroys.
+    for (auto at = buckets_.begin(); at != buckets_.end();) {
+        if (at->second->references == 0)
+            at = buckets_.erase(at);
+        else
+            ++at;
+    }
+    idle_ = 0;
 }
 
 void LabelIndex::list(LabelBucket& bucket, GraphObject& object) {
@@ -78,6 +93,7 @@ void LabelIndex::relabel(GraphObject& object, std::string_view label) {
 
 void LabelIndex::reset() {
     buckets_.clear();
+    idle_ = 0;
     empty_ = &acquire({});
 }
 

@@ -1,7 +1,8 @@
 // The label index of one graph: for each label in use, the vertices and the edges that carry
 // it, with constant-time insertion, removal and counts. Each label text is stored once, in its
 // bucket, and objects point at their bucket; matching anchors its search on the rarest label
-// and conditions count vertices by label through it.
+// and conditions count vertices by label through it. A bucket that falls empty is kept for a
+// while, since rewriting often deletes the last element of a label and makes the next at once.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +24,7 @@ struct LabelBucket {
     IntrusiveList<DirectedGraphVertex, LabelTag> vertices;
     IntrusiveList<DirectedGraphEdge, LabelTag> edges;
     // Objects pointing at the bucket, in the graph or not (lingering self-loops, detached
-    // vertices); the bucket goes when this drops to 0.
+    // vertices); at 0 the bucket is idle and may go at the next sweep.
     std::size_t references = 0;
 };
 
@@ -35,7 +36,7 @@ class LabelIndex {
 
     // The bucket of the empty label: always there.
     LabelBucket& emptyLabel() { return *empty_; }
-    // The bucket of a label, or null when no object has it.
+    // The bucket of a label; null or an idle (empty) bucket when no object has it.
     const LabelBucket* find(std::string_view label) const;
 
     // Counts the object's reference to its bucket and lists it there (it must not be listed).
@@ -53,11 +54,16 @@ class LabelIndex {
   private:
     LabelBucket& acquire(std::string_view label);
     void release(LabelBucket& bucket);
+    // Erases every idle bucket.
+    void sweep();
     static void list(LabelBucket& bucket, GraphObject& object);
 
     // Keys view the text of their own bucket.
     std::unordered_map<std::string_view, std::unique_ptr<LabelBucket>> buckets_;
     LabelBucket* empty_ = nullptr;
+    // Buckets without references. Swept when they outnumber the others (and a few more), so
+    // that they cost at most as much again as the labels in use.
+    std::size_t idle_ = 0;
 };
 
 }  // namespace vellum

@@ -3,34 +3,60 @@
 #include <algorithm>
 #include <limits>
 
-#include "graph/OccurrenceSearch.h"
-
 namespace vellum {
 
 Matcher::Matcher(DirectedGraph& pattern)
-    : pattern_(pattern), plans_(std::max<std::size_t>(1, pattern_.vertexCount())) {}
+    : pattern_(pattern),
+      plans_(std::max<std::size_t>(1, pattern_.vertexCount()) + pattern_.edges().size()) {}
 
 Matcher::~Matcher() = default;
 
 const SearchPlan& Matcher::planFor(const DirectedGraph& host) const {
+    // Estimated partial occurrences once the start and one neighbour are placed: a start vertex
+    // gives the vertices with its label times the host's average degree, an anchor edge the
+    // edges with its label (which fix both of its ends). Ties go to the edge, whose label
+    // filters the neighbour too; a rule that consumes its anchor edges (such as one that splits
+    // marked triangles) then finds its next occurrence at the front of their list.
+    const double fan = host.vertexCount() == 0
+                           ? 1.0
+                           : std::max(1.0, static_cast<double>(host.edgeCount()) /
+                                               static_cast<double>(host.vertexCount()));
     std::size_t start = 0;
-    std::size_t fewest = std::numeric_limits<std::size_t>::max();
+    double fewest = std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < pattern_.vertexCount(); ++i) {
-        const std::string& label = pattern_.vertices()[i]->label();
-        const std::size_t count = isWildcard(label) ? host.vertexCount() : host.vertexCount(label);
-        if (count < fewest) {
+        const double cost = static_cast<double>(labels_.vertexCount(static_cast<int>(i))) * fan;
+        if (cost < fewest) {
             start = i;
-            fewest = count;
+            fewest = cost;
         }
     }
-    if (!plans_[start])
-        plans_[start] = std::make_unique<SearchPlan>(pattern_, static_cast<int>(start));
-    return *plans_[start];
+    int anchor = -1;
+    const auto& edges = pattern_.edges();
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        if (isWildcard(edges[i].edge->label()))
+            continue;
+        const double cost = static_cast<double>(labels_.edgeCount(static_cast<int>(i)));
+        if (cost <= fewest) {
+            anchor = static_cast<int>(i);
+            fewest = cost;
+        }
+    }
+    const std::size_t vertexSlots = plans_.size() - edges.size();
+    if (anchor < 0) {
+        if (!plans_[start])
+            plans_[start] = std::make_unique<SearchPlan>(pattern_, static_cast<int>(start));
+        return *plans_[start];
+    }
+    std::unique_ptr<SearchPlan>& plan = plans_[vertexSlots + static_cast<std::size_t>(anchor)];
+    if (!plan)
+        plan = std::make_unique<SearchPlan>(SearchPlan::anchoredAtEdge(pattern_, anchor));
+    return *plan;
 }
 
 std::vector<GraphMorphism> Matcher::findAll(DirectedGraph& host) const {
     std::vector<GraphMorphism> found;
-    OccurrenceSearch search(pattern_, planFor(host), host);
+    labels_.resolve(pattern_, host);
+    OccurrenceSearch search(pattern_, planFor(host), host, labels_, buffers_);
     GraphMorphism occurrence;
     while (search.next(occurrence))
         found.push_back(occurrence);
@@ -40,7 +66,8 @@ std::vector<GraphMorphism> Matcher::findAll(DirectedGraph& host) const {
 
 bool Matcher::findFirst(DirectedGraph& host, GraphMorphism& occurrence,
                         const Acceptor& accept) const {
-    OccurrenceSearch search(pattern_, planFor(host), host);
+    labels_.resolve(pattern_, host);
+    OccurrenceSearch search(pattern_, planFor(host), host, labels_, buffers_);
     while (search.next(occurrence)) {
         if (accept(occurrence))
             return true;

@@ -1,6 +1,7 @@
 // Finds the occurrences of a pattern (a rule's left-hand side) in host graphs: all of them in
 // the defined order, or the first one, in search-plan order, that a caller's test accepts.
-// The pattern graph must outlive the matcher and stay unchanged. Not for concurrent use.
+// The pattern graph must outlive the matcher and stay unchanged. Not for concurrent use: the
+// matcher keeps its search's working storage from one search to the next.
 #pragma once
 
 #include <functional>
@@ -8,6 +9,8 @@
 #include <vector>
 
 #include "graph/GraphMorphism.h"
+#include "graph/HostLabels.h"
+#include "graph/OccurrenceSearch.h"
 #include "graph/PatternStructure.h"
 #include "graph/SearchPlan.h"
 
@@ -36,11 +39,16 @@ class Matcher {
     const PatternStructure& pattern() const { return pattern_; }
 
   private:
-    // The plan starting at the pattern vertex with the fewest candidates in `host`.
+    // The plan whose start has the fewest candidates in `host`: the vertices of the rarest
+    // vertex label, or the sources of the rarest edge label's edges when that is rarer still.
+    // `labels_` must have been resolved for `host`.
     const SearchPlan& planFor(const DirectedGraph& host) const;
 
     PatternStructure pattern_;
-    mutable std::vector<std::unique_ptr<SearchPlan>> plans_;  // by start vertex, made on use
+    // Made on use: one per start vertex, then one per anchor edge (in pattern edge order).
+    mutable std::vector<std::unique_ptr<SearchPlan>> plans_;
+    mutable HostLabels labels_;  // of the host of the current search
+    mutable OccurrenceSearch::Buffers buffers_;
 };
 
 // Orders occurrences as findAll() does; both must pair the same pattern vertices in order.

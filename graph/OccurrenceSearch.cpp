@@ -25,44 +25,29 @@ bool labelFits(const std::string* wanted, const GraphObject& host) {
     return wanted == nullptr || &host.label() == wanted;
 }
 
+// Up to this many outgoing edges a source is checked for repeats by walking them; beyond it
+// by remembering the sources given out.
+constexpr std::size_t kWalkLimit = 16;
+
 }  // namespace
 
 OccurrenceSearch::OccurrenceSearch(const PatternStructure& pattern, const SearchPlan& plan,
-                                   DirectedGraph& host)
-    : pattern_(pattern), plan_(plan), host_(host) {}
-
-bool OccurrenceSearch::resolveLabels() {
-    // A label that no host vertex (edge) has makes every occurrence impossible.
-    for (const PlanStep& step : plan_.steps()) {
-        const std::string* text = nullptr;
-        if (step.label != nullptr) {
-            const auto listed = host_.verticesWithLabel(*step.label);
-            if (listed.empty())
-                return false;
-            text = &listed.front()->label();
-        }
-        stepLabels_.push_back(text);
-    }
-    for (const PatternEdge& edge : pattern_.edges()) {
-        const std::string* text = nullptr;
-        if (!isWildcard(edge.edge->label())) {
-            const auto listed = host_.edgesWithLabel(edge.edge->label());
-            if (listed.empty())
-                return false;
-            text = &listed.front()->label();
-        }
-        edgeLabels_.push_back(text);
-    }
-    return true;
-}
+                                   DirectedGraph& host, const HostLabels& labels, Buffers& buffers)
+    : pattern_(pattern), plan_(plan), host_(host), labels_(labels), buffers_(buffers) {}
 
 bool OccurrenceSearch::start() {
-    const std::size_t count = plan_.steps().size();
-    levels_.resize(count);
-    images_.assign(count, nullptr);
-    vertexImages_.assign(pattern_.vertexCount(), nullptr);
-    if (!resolveLabels())
+    // A label that no host vertex (edge) has makes every occurrence impossible.
+    if (!labels_.allPresent())
         return false;
+    // Sized only: a step's image is set before any later step reads it, and every vertex image
+    // before the edges are paired.
+    const std::size_t count = plan_.steps().size();
+    if (buffers_.levels.size() < count)
+        buffers_.levels.resize(count);
+    if (buffers_.images.size() < count)
+        buffers_.images.resize(count);
+    if (buffers_.vertexImages.size() < pattern_.vertexCount())
+        buffers_.vertexImages.resize(pattern_.vertexCount());
     depth_ = 0;
     open(0);
     return true;
@@ -91,7 +76,7 @@ bool OccurrenceSearch::next(GraphMorphism& occurrence) {
             --depth_;
             continue;
         }
-        images_[static_cast<std::size_t>(depth_)] = candidate;
+        buffers_.images[static_cast<std::size_t>(depth_)] = candidate;
         if (depth_ < last) {
             ++depth_;
             open(static_cast<std::size_t>(depth_));
@@ -105,13 +90,19 @@ bool OccurrenceSearch::next(GraphMorphism& occurrence) {
 }
 
 void OccurrenceSearch::open(std::size_t step) {
-    Level& level = levels_[step];
+    Level& level = buffers_.levels[step];
     const PlanStep& plan = plan_.steps()[step];
     level.candidates.clear();
     level.next = 0;
     level.anchor = -1;
     if (!plan.links.empty()) {
         collectNeighbours(step, level);
+    } else if (step == 0 && plan_.anchorLabel() != nullptr) {
+        const auto listed = host_.edgesWithLabel(*plan_.anchorLabel());
+        level.source = Source::EdgeLabel;
+        level.edgeAt = listed.begin();
+        level.edgeEnd = listed.end();
+        buffers_.anchorSources.clear();
     } else if (plan.label != nullptr) {
         const auto listed = host_.verticesWithLabel(*plan.label);
         level.source = Source::Label;
@@ -129,7 +120,7 @@ void OccurrenceSearch::collectNeighbours(std::size_t step, Level& level) {
     // The link whose image has the fewest edges in the direction needed.
     std::size_t fewest = 0;
     for (std::size_t i = 0; i < plan.links.size(); ++i) {
-        const DirectedGraphVertex& image = *images_[plan.links[i].step];
+        const DirectedGraphVertex& image = *buffers_.images[plan.links[i].step];
         const bool from = plan.links[i].tie == Tie::FromEarlier;
         const std::size_t size = from ? image.outDegree() : image.inDegree();
         if (level.anchor < 0 || size < fewest) {
@@ -139,7 +130,7 @@ void OccurrenceSearch::collectNeighbours(std::size_t step, Level& level) {
     }
     level.source = Source::Neighbours;
     const PlanLink& link = plan.links[static_cast<std::size_t>(level.anchor)];
-    const DirectedGraphVertex& image = *images_[link.step];
+    const DirectedGraphVertex& image = *buffers_.images[link.step];
     auto consider = [&](DirectedGraphVertex* vertex) {
         if (fitsLocally(step, *vertex))
             level.candidates.push_back(vertex);
@@ -169,14 +160,38 @@ DirectedGraphVertex* OccurrenceSearch::rawCandidate(Level& level) {
             return level.next < level.candidates.size() ? level.candidates[level.next++] : nullptr;
         case Source::Label:
             return level.labelAt == level.labelEnd ? nullptr : &*level.labelAt++;
+        case Source::EdgeLabel:
+            return nextAnchorSource(level);
         case Source::All:
             return level.allAt == level.allEnd ? nullptr : &*level.allAt++;
     }
     return nullptr;
 }
 
+DirectedGraphVertex* OccurrenceSearch::nextAnchorSource(Level& level) {
+    while (level.edgeAt != level.edgeEnd) {
+        DirectedGraphEdge& edge = *level.edgeAt++;
+        if (firstOfItsSource(edge))
+            return edge.source();
+    }
+    return nullptr;
+}
+
+// True for one edge of each source among the anchor label's edges, so that every source is a
+// candidate once: the first of its outgoing edges with that label, or the first one met.
+bool OccurrenceSearch::firstOfItsSource(const DirectedGraphEdge& edge) {
+    const DirectedGraphVertex& source = *edge.source();
+    if (source.outDegree() > kWalkLimit)
+        return buffers_.anchorSources.insert(&source).second;
+    for (const DirectedGraphEdge& out : source.outgoing()) {
+        if (&out.label() == &edge.label())
+            return &out == &edge;
+    }
+    return false;
+}
+
 DirectedGraphVertex* OccurrenceSearch::take(std::size_t step) {
-    Level& level = levels_[step];
+    Level& level = buffers_.levels[step];
     const bool prefiltered = level.source == Source::Neighbours;
     while (DirectedGraphVertex* candidate = rawCandidate(level)) {
         if (!prefiltered && !fitsLocally(step, *candidate))
@@ -191,10 +206,10 @@ bool OccurrenceSearch::fitsLocally(std::size_t step, const DirectedGraphVertex& 
     const PlanStep& plan = plan_.steps()[step];
     if (plan.outDegree > host.outDegree() || plan.inDegree > host.inDegree())
         return false;
-    if (!labelFits(stepLabels_[step], host))
+    if (!labelFits(labels_.vertexText(plan.vertex), host))
         return false;
-    const auto mapped = images_.begin() + static_cast<std::ptrdiff_t>(step);
-    return std::find(images_.begin(), mapped, &host) == mapped;
+    const auto mapped = buffers_.images.begin() + static_cast<std::ptrdiff_t>(step);
+    return std::find(buffers_.images.begin(), mapped, &host) == mapped;
 }
 
 bool OccurrenceSearch::fitsLinks(std::size_t step, int skipLink,
@@ -205,7 +220,7 @@ bool OccurrenceSearch::fitsLinks(std::size_t step, int skipLink,
     for (std::size_t i = 0; i < plan.links.size(); ++i) {
         if (static_cast<int>(i) == skipLink)
             continue;
-        const DirectedGraphVertex& other = *images_[plan.links[i].step];
+        const DirectedGraphVertex& other = *buffers_.images[plan.links[i].step];
         const bool linked =
             plan.links[i].tie == Tie::FromEarlier ? hasEdge(other, host) : hasEdge(host, other);
         if (!linked)
@@ -226,7 +241,8 @@ DirectedGraphEdge* OccurrenceSearch::chooseEdge(const DirectedGraphVertex& from,
         if (++count == 1)
             single = &edge;
         if (firstFree == nullptr &&
-            std::find(edgeImages_.begin(), edgeImages_.end(), &edge) == edgeImages_.end())
+            std::find(buffers_.edgeImages.begin(), buffers_.edgeImages.end(), &edge) ==
+                buffers_.edgeImages.end())
             firstFree = &edge;
     };
     if (from.outDegree() <= to.inDegree()) {
@@ -245,24 +261,28 @@ DirectedGraphEdge* OccurrenceSearch::chooseEdge(const DirectedGraphVertex& from,
 
 bool OccurrenceSearch::mapEdges(GraphMorphism& occurrence) {
     const auto& steps = plan_.steps();
+    auto& vertexImages = buffers_.vertexImages;
+    auto& edgeImages = buffers_.edgeImages;
     for (std::size_t s = 0; s < steps.size(); ++s)
-        vertexImages_[static_cast<std::size_t>(steps[s].vertex)] = images_[s];
-    edgeImages_.clear();
+        vertexImages[static_cast<std::size_t>(steps[s].vertex)] = buffers_.images[s];
+    edgeImages.clear();
     const auto& edges = pattern_.edges();
     for (std::size_t i = 0; i < edges.size(); ++i) {
-        const DirectedGraphVertex& from = *vertexImages_[static_cast<std::size_t>(edges[i].source)];
-        const DirectedGraphVertex& to = *vertexImages_[static_cast<std::size_t>(edges[i].target)];
+        const DirectedGraphVertex& from = *vertexImages[static_cast<std::size_t>(edges[i].source)];
+        const DirectedGraphVertex& to = *vertexImages[static_cast<std::size_t>(edges[i].target)];
         DirectedGraphEdge* image = chooseEdge(from, to);
-        if (image == nullptr || !labelFits(edgeLabels_[i], *image))
+        if (image == nullptr || !labelFits(labels_.edgeText(static_cast<int>(i)), *image))
             return false;
-        edgeImages_.push_back(image);
+        edgeImages.push_back(image);
     }
     occurrence.clear();
     const auto& vertices = pattern_.vertices();
+    occurrence.vertexPairs().reserve(vertices.size());
+    occurrence.edgePairs().reserve(edges.size());
     for (std::size_t i = 0; i < vertices.size(); ++i)
-        occurrence.addVertexPair(vertices[i], vertexImages_[i]);
+        occurrence.addVertexPair(vertices[i], vertexImages[i]);
     for (std::size_t i = 0; i < edges.size(); ++i)
-        occurrence.addEdgePair(edges[i].edge, edgeImages_[i]);
+        occurrence.addEdgePair(edges[i].edge, edgeImages[i]);
     return true;
 }
 

@@ -15,7 +15,7 @@ namespace vellum {
 
 // The label that matches every label, the empty one too.
 inline bool isWildcard(const std::string& label) {
-    return label == "*";
+    return label.size() == 1 && label[0] == '*';
 }
 
 struct PatternEdge {

@@ -127,6 +127,10 @@ void RewritingStep::complete(const GraphMorphism& occurrence) {
     for (DirectedGraphVertex* vertex : created_)
         vertex->removeAttribute(kNumberAttribute);
     survivors_.clear();
+    if (!callback_)
+        return;
+    survivors_.vertexPairs().reserve(occurrence.vertexPairs().size());
+    survivors_.edgePairs().reserve(occurrence.edgePairs().size());
     for (const VertexPair& pair : occurrence.vertexPairs()) {
         if (!prepared_.isDeleted(pair.left))
             survivors_.addVertexPair(pair.left, pair.right);

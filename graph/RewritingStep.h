@@ -29,7 +29,7 @@ class RewritingStep {
     bool run(const GraphMorphism& occurrence, bool intermediateEvent);
 
     // After a successful run: the occurrence restricted to the pairs whose host objects the
-    // step kept.
+    // step kept. Worked out only when the step has a callback, the one that is told of it.
     const GraphMorphism& survivors() const { return survivors_; }
 
   private:

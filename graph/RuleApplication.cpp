@@ -105,7 +105,8 @@ int applyRule(DirectedGraph* host, const DirectedGraphRule* rule, int mode,
               const RuleCallback& callback) {
     if (host == nullptr || rule == nullptr)
         return kApplyNoGraph;
-    if (rule->className() != "DirectedGraphRule")
+    static const std::string kRuleClass = "DirectedGraphRule";
+    if (rule->className() != kRuleClass)
         return kApplyWrongRuleClass;
     if (!host->isReady())
         return kApplyNotReady;

@@ -34,6 +34,13 @@ SearchPlan::SearchPlan(const PatternStructure& pattern, int start) {
     }
 }
 
+SearchPlan SearchPlan::anchoredAtEdge(const PatternStructure& pattern, int anchorEdge) {
+    const PatternEdge& edge = pattern.edges()[static_cast<std::size_t>(anchorEdge)];
+    SearchPlan plan(pattern, edge.source);
+    plan.anchorLabel_ = &edge.edge->label();
+    return plan;
+}
+
 std::vector<int> SearchPlan::placementOrder(const PatternStructure& pattern, int start) const {
     const int count = static_cast<int>(pattern.vertexCount());
     std::vector<int> order;

@@ -1,7 +1,8 @@
 // The order in which the matcher maps the vertices of a pattern, made once per pattern and
-// starting vertex: the start first, then always the vertex with the most edges to vertices
+// starting point: the start first, then always the vertex with the most edges to vertices
 // already placed (so that its candidates come from the neighbours of their images), a vertex
 // with a label before a wildcard. Each step lists the tests that tie it to the earlier steps.
+// The start's candidates come from the label index: of its own label, or of an anchor edge.
 #pragma once
 
 #include <cstddef>
@@ -34,15 +35,22 @@ struct PlanStep {
 
 class SearchPlan {
   public:
+    // Starts at the pattern vertex `start`.
     SearchPlan(const PatternStructure& pattern, int start);
+    // Starts at the source of the pattern edge `anchorEdge` (an index into pattern.edges() whose
+    // label is no wildcard): its candidates are the sources of the host edges with that label.
+    static SearchPlan anchoredAtEdge(const PatternStructure& pattern, int anchorEdge);
 
     const std::vector<PlanStep>& steps() const { return steps_; }
+    // The anchor edge's label; null when the start's candidates come from its own label.
+    const std::string* anchorLabel() const { return anchorLabel_; }
 
   private:
     std::vector<int> placementOrder(const PatternStructure& pattern, int start) const;
     void addStep(const PatternStructure& pattern, int vertex, const std::vector<int>& stepOf);
 
     std::vector<PlanStep> steps_;
+    const std::string* anchorLabel_ = nullptr;  // the pattern edge's own label text
 };
 
 }  // namespace vellum

@@ -24,6 +24,9 @@ class KoralRandom {
   private:
     std::optional<std::uint32_t> seed_;
     std::mt19937 engine_;
+    // Under the clock: the last seed, and whether the engine is still as it left it.
+    std::uint32_t clockSeed_ = 0;
+    bool fresh_ = false;
 };
 
 }  // namespace vellum

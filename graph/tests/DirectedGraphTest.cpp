@@ -82,6 +82,36 @@ TEST(DirectedGraph, LabelIndexFollowsEveryChange) {
     EXPECT_EQ(t.graph.vertexCount("X"), 0u) << "labels are case-sensitive";
 }
 
+// Labels that go and come back, many at a time and one by one, as rewriting makes and
+// deletes marked elements: the index must stay exact while emptied labels are kept and swept.
+TEST(DirectedGraph, LabelIndexSurvivesLabelsThatComeAndGo) {
+    Triangle t;
+    std::mt19937 random(5);
+    std::vector<DirectedGraphEdge*> marks;
+    for (int round = 0; round < 400; ++round) {
+        const std::string label = "m" + std::to_string(random() % 150);
+        if (random() % 3 != 0 || marks.empty()) {
+            marks.push_back(t.graph.createEdge(t.a, t.b));
+            marks.back()->setLabel(label);
+            t.c->setLabel(label);
+        } else {
+            const std::size_t i = random() % marks.size();
+            ASSERT_TRUE(t.graph.removeEdge(marks[i]));
+            marks.erase(marks.begin() + static_cast<std::ptrdiff_t>(i));
+            t.c->setLabel("");
+        }
+        ASSERT_TRUE(graphIsConsistent(t.graph)) << "round " << round;
+    }
+    for (DirectedGraphEdge* mark : marks)
+        ASSERT_TRUE(t.graph.removeEdge(mark));
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.edgeCount(), 4u);
+    for (int i = 0; i < 150; ++i)
+        EXPECT_EQ(t.graph.edgeCount("m" + std::to_string(i)), 0u);
+    t.ab->setLabel("m7");
+    EXPECT_EQ(pointers(t.graph.edgesWithLabel("m7")), std::vector<DirectedGraphEdge*>{t.ab});
+}
+
 TEST(DirectedGraph, RemoveEdgeCleansBothEndpoints) {
     Triangle t;
     ASSERT_TRUE(t.graph.removeEdge(t.ab));
