@@ -8,24 +8,12 @@
 #include <string>
 
 #include "grammar/Expression.h"
+#include "grammar/tests/ExpressionTestSupport.h"
 
 namespace vellum {
 namespace {
 
-// "TYPE VALUE", "nothing" or "exprException CODE".
-std::string outcome(const std::string& text, const Environment& environment = {}) {
-    try {
-        const Expression expression(text);
-        const auto value = expression.evaluate(environment);
-        if (!value)
-            return "nothing";
-        std::ostringstream out;
-        out << valueTypeName(value->type()) << " " << *value;
-        return out.str();
-    } catch (const exprException& error) {
-        return "exprException " + std::to_string(error.code());
-    }
-}
+using testing::outcome;
 
 // One operand pair per type; a is never equal to b, so comparisons can tell the order apart.
 struct Operands {
