@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "grammar/LibraryFile.h"
 #include "grammar/Paths.h"
 
 namespace vellum {
@@ -54,6 +55,9 @@ SharedLibrary SharedLibrary::openFile(const std::string& file) {
     SharedLibrary library;
     // An empty name would give the program itself, which is no library.
     if (file.empty())
+        return library;
+    // A path is checked first; a bare name goes through the loader's own search, which cannot.
+    if (file.find('/') != std::string::npos && isCutShortLibrary(file))
         return library;
     library.handle_ = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library.handle_ != nullptr)

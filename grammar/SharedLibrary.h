@@ -26,6 +26,7 @@ class SharedLibrary {
     // message: the caller reports.
     static SharedLibrary open(const std::string& name);
     // Exactly that file, with no candidates (the loader still searches for a name without "/").
+    // A file cut short is not opened (see LibraryFile.h).
     static SharedLibrary openFile(const std::string& file);
 
     bool loaded() const { return handle_ != nullptr; }

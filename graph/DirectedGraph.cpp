@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace vellum {
 namespace {
@@ -178,6 +179,18 @@ void DirectedGraph::clear() {
     labels_.reset();
     vertexCursor_ = nullptr;
     edgeCursor_ = nullptr;
+}
+
+void DirectedGraph::swap(DirectedGraph& other) noexcept {
+    if (this == &other)
+        return;
+    labels_.swap(other.labels_);
+    vertices_.swap(other.vertices_);
+    edges_.swap(other.edges_);
+    detached_.swap(other.detached_);
+    std::swap(vertexCursor_, other.vertexCursor_);
+    std::swap(edgeCursor_, other.edgeCursor_);
+    std::swap(nextSerial_, other.nextSerial_);
 }
 
 DirectedGraphVertex* DirectedGraph::firstVertex() {

@@ -64,6 +64,10 @@ class DirectedGraph {
     bool removeVertexOnly(DirectedGraphVertex* vertex);
     // Destroys every vertex and edge; invalidates every pointer into the graph.
     void clear();
+    // Exchanges the contents (elements, label index, cursors, serial counter) of the two graphs
+    // in time linear in the number of labels; the elements then belong to the other graph and
+    // pointers to them stay valid. Each graph keeps its class and any state a derived class adds.
+    void swap(DirectedGraph& other) noexcept;
 
     // True when the object is a vertex or edge of this graph (and not removed).
     bool contains(const GraphObject& object) const;

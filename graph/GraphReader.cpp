@@ -196,8 +196,13 @@ bool GraphReader::setLabel() {
 }
 
 bool loadGraph(const std::string& fileName, DirectedGraph& graph) {
+    // Read aside, so that a file that fails halfway costs the caller nothing.
+    DirectedGraph loaded;
     GraphReader reader;
-    return reader.read(fileName, graph);
+    if (!reader.read(fileName, loaded))
+        return false;
+    graph.swap(loaded);
+    return true;
 }
 
 std::unique_ptr<DirectedGraph> loadGraph(const std::string& fileName) {

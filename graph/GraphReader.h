@@ -51,8 +51,9 @@ class GraphReader : public GrammarParser {
     std::unordered_map<std::int32_t, DirectedGraphVertex*> vertexByNumber_;
 };
 
-// Reads a graph file into `graph` (see GraphReader::read). An editor that must keep its graph
-// when reading fails reads into a fresh one.
+// Reads a graph file and, only when that succeeds, replaces the contents of `graph` with what
+// was read (pointers into the old contents then become invalid). On failure the console shows
+// what GraphReader::read reports and `graph` is left exactly as it was.
 bool loadGraph(const std::string& fileName, DirectedGraph& graph);
 // Reads a graph file into a new graph; null when reading fails.
 std::unique_ptr<DirectedGraph> loadGraph(const std::string& fileName);

@@ -103,8 +103,29 @@ class IntrusiveList {
         root_.prev = root_.next = &root_;
         size_ = 0;
     }
+    // Exchanges the elements of the two lists in constant time, each keeping its order.
+    void swap(IntrusiveList& other) noexcept {
+        Hook* const first = empty() ? nullptr : root_.next;
+        Hook* const last = root_.prev;
+        const std::size_t size = size_;
+        adopt(other.empty() ? nullptr : other.root_.next, other.root_.prev, other.size_);
+        other.adopt(first, last, size);
+    }
 
   private:
+    // Makes first..last (already linked to each other) the whole list; empty for null.
+    void adopt(Hook* first, Hook* last, std::size_t size) {
+        size_ = size;
+        if (first == nullptr) {
+            root_.prev = root_.next = &root_;
+            return;
+        }
+        root_.next = first;
+        root_.prev = last;
+        first->prev = &root_;
+        last->next = &root_;
+    }
+
     template <typename, typename>
     friend class ListView;
 

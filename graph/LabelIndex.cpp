@@ -1,6 +1,7 @@
 #include "graph/LabelIndex.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vellum {
 
@@ -95,6 +96,17 @@ void LabelIndex::reset() {
     buckets_.clear();
     idle_ = 0;
     empty_ = &acquire({});
+}
+
+void LabelIndex::swap(LabelIndex& other) noexcept {
+    // The buckets themselves stay where they are: only their owner changes.
+    buckets_.swap(other.buckets_);
+    std::swap(empty_, other.empty_);
+    std::swap(idle_, other.idle_);
+    for (auto& entry : buckets_)
+        entry.second->index = this;
+    for (auto& entry : other.buckets_)
+        entry.second->index = &other;
 }
 
 }  // namespace vellum

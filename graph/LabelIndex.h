@@ -50,6 +50,9 @@ class LabelIndex {
     void relabel(GraphObject& object, std::string_view label);
     // Forgets every bucket but the empty label's, which starts afresh: for the graph's clear.
     void reset();
+    // Exchanges the buckets of the two indexes; each bucket then names its new index, so the
+    // objects pointing at it belong to the other graph. For the graph's swap.
+    void swap(LabelIndex& other) noexcept;
 
   private:
     LabelBucket& acquire(std::string_view label);

@@ -10,6 +10,13 @@ namespace vellum {
 namespace {
 constexpr const char* kHandlerWording = " of graph class handler for '";
 constexpr const char* kConditionWording = " of the graph class handler for '";
+
+// A class name becomes a file name in the folders of the search path; a name holding a folder
+// separator would reach beyond them, so it names no handler.
+bool isClassName(const std::string& graphClass) {
+    return !graphClass.empty() && graphClass.find_first_of("/\\") == std::string::npos;
+}
+
 }  // namespace
 
 GraphClassHandlers& GraphClassHandlers::instance() {
@@ -22,7 +29,8 @@ const koralLibrary& GraphClassHandlers::handler(const std::string& graphClass) {
     const auto found = handlers_.find(graphClass);
     if (found != handlers_.end())
         return found->second;
-    const std::string path = findFile(graphClass + ".gc", "koralGraphClasses");
+    const std::string path =
+        isClassName(graphClass) ? findFile(graphClass + ".gc", "koralGraphClasses") : "";
     koralLibrary library;
     try {
         if (!path.empty())

@@ -20,7 +20,8 @@ class GraphClassHandlers {
     static GraphClassHandlers& instance();
 
     // The handler of the class, opened now unless it is already. When it cannot be found or
-    // loaded, the console shows "Could not open the graph class handler for 'C' !!!" and the
+    // loaded, or the name is empty or holds a "/" or "\\" (a class is a name, not a path), the
+    // console shows "Could not open the graph class handler for 'C' !!!" and the
     // result is a library with nothing loaded (it is tried again next time). The reference stays
     // valid as long as the table.
     const koralLibrary& handler(const std::string& graphClass);

@@ -6,7 +6,7 @@ namespace vellum {
 
 namespace {
 constexpr const char* kClass = "koralLibrary";
-}
+}  // namespace
 
 void koralLibrary::load(const std::string& fileName) {
     library_ = SharedLibrary::open(fileName);

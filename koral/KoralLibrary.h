@@ -19,7 +19,8 @@ class koralLibrary {
 
     // Loads the library, found as SharedLibrary::open() finds it (the name, the name + ".so",
     // both in the bundled plug-in folder for a name without "/"), in place of any library held
-    // before. Throws "Could not load the library 'NAME' !!!", and then holds nothing.
+    // before. A file cut short (an interrupted copy) is skipped unread, since the system loader
+    // would crash on it. Throws "Could not load the library 'NAME' !!!", and then holds nothing.
     void load(const std::string& fileName);
 
     bool loaded() const { return library_.loaded(); }

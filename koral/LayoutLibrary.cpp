@@ -33,6 +33,12 @@ void addLayoutsOf(const std::string& directory, std::vector<std::string>& names)
     }
 }
 
+// Only the algorithms of the layout folders may be chosen: a name holding a folder separator
+// would reach beyond them.
+bool isLayoutName(const std::string& name) {
+    return !name.empty() && name.find_first_of("/\\") == std::string::npos;
+}
+
 }  // namespace
 
 std::vector<std::string> LayoutLibrary::available() {
@@ -49,7 +55,7 @@ std::vector<std::string> LayoutLibrary::available() {
 
 LayoutLibrary::LayoutLibrary(const std::string& name) : name_(name) {
     const std::string fileName = name + kExtension;
-    const std::string path = findFile(fileName, kVariable);
+    const std::string path = isLayoutName(name) ? findFile(fileName, kVariable) : "";
     if (path.empty())
         throw koralException("Could not load the library '" + fileName + "' !!!", "koralLibrary");
     library_.load(loaderPath(path));

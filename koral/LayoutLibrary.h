@@ -19,7 +19,8 @@ class LayoutLibrary {
 
     // Loads NAME.layout, found with findFile() along "VellumLayout". Throws koralException (class
     // "koralLibrary"): "Could not load the library 'NAME.layout' !!!" when it is not found or
-    // will not load.
+    // will not load, and for a name that is empty or holds a "/" or "\\" (only the folders of
+    // "VellumLayout" are searched).
     explicit LayoutLibrary(const std::string& name);
 
     const std::string& name() const { return name_; }

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <sstream>
 
 #include "GraphInvariants.h"
 #include "TempFolder.h"
 #include "grammar/Console.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphReader.h"
+#include "graph/GraphWriter.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
@@ -99,9 +101,11 @@ TEST(GraphReader, MissingFileFailsWithTheReport) {
 TEST(GraphReader, FailedReadLeavesWhatWasBuilt) {
     DirectedGraph graph;
     graph.createVertex();  // emptied by the first action
-    std::string messages;
-    ASSERT_FALSE(
-        readText("directed graph { vertex 5 { label a } vertex 6 edge 5 -> 9 }", graph, messages));
+    TempFolder folder;
+    const std::string file =
+        folder.write("g.dg", "directed graph { vertex 5 { label a } vertex 6 edge 5 -> 9 }");
+    ConsoleCapture quiet;
+    ASSERT_FALSE(GraphReader().read(file, graph));
     ASSERT_EQ(graph.vertexCount(), 2u);
     EXPECT_EQ(graph.edgeCount(), 0u);
     EXPECT_EQ(graph.vertexCount("a"), 1u);
@@ -109,6 +113,59 @@ TEST(GraphReader, FailedReadLeavesWhatWasBuilt) {
     auto* id = dynamic_cast<IntegerAttribute*>(graph.vertices().front()->findAttribute("__ID__"));
     ASSERT_NE(id, nullptr);
     EXPECT_EQ(id->value(), 5);
+}
+
+// The graph as its file text: equal texts mean the same vertices, edges, labels and visible
+// attributes in the same order.
+std::string textOf(const DirectedGraph& graph) {
+    std::ostringstream out;
+    GraphWriter(out).write(graph);
+    return out.str();
+}
+
+TEST(GraphReader, AFailedLoadLeavesTheGraphAsItWas) {
+    DirectedGraph graph;
+    std::string messages;
+    ASSERT_TRUE(
+        readText("directed graph { vertex 1 { label hub integer n = 3 } vertex 2 "
+                 "{ vector p = (1 2 3) } edge 1 -> 2 { label e } edge 2 -> 2 }",
+                 graph, messages));
+    const std::string before = textOf(graph);
+    const DirectedGraphVertex* hub = graph.vertices().front();
+    const char* broken[] = {
+        // A syntax error after vertices and edges were read.
+        "directed graph { vertex 7 { label a } vertex 8 edge 7 -> 8 { integer n = x } }",
+        // An edge to a vertex that is not in the file.
+        "directed graph { vertex 7 { label a } vertex 8 edge 7 -> 9 }",
+        "directed graph { vertex 7 { label a } vertex 8 { real r = 1e6 } }",
+        "",
+    };
+    for (const char* text : broken) {
+        EXPECT_FALSE(readText(text, graph, messages)) << text;
+        EXPECT_TRUE(graphIsConsistent(graph)) << text;
+        EXPECT_EQ(textOf(graph), before) << text;
+        if (textOf(graph) != before)
+            continue;  // the old elements may be gone
+        EXPECT_TRUE(graph.contains(*hub)) << text;
+        EXPECT_EQ(graph.vertexCount("hub"), 1u) << text;
+        EXPECT_EQ(graph.vertexCount("a"), 0u) << text;
+    }
+    ConsoleCapture quiet;
+    EXPECT_FALSE(loadGraph("/nonexistent/x.dg", graph));
+    EXPECT_EQ(textOf(graph), before);
+
+    // A load that succeeds replaces everything, and the graph goes on working.
+    ASSERT_TRUE(
+        readText("directed graph { vertex 7 { label a } vertex 8 edge 8 -> 7 }", graph, messages));
+    EXPECT_TRUE(graphIsConsistent(graph));
+    EXPECT_EQ(graph.vertexCount(), 2u);
+    EXPECT_EQ(graph.vertexCount("hub"), 0u);
+    EXPECT_EQ(graph.edgeCount("e"), 0u);
+    DirectedGraphVertex* a = graph.verticesWithLabel("a").front();
+    ASSERT_NE(a, nullptr);
+    EXPECT_NE(graph.createEdge(a, graph.createVertex()), nullptr);
+    EXPECT_TRUE(graph.removeVertex(a));
+    EXPECT_TRUE(graphIsConsistent(graph));
 }
 
 TEST(GraphReader, BuildsTheGraphOfAValidFile) {
