@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <deque>
 #include <fstream>
-#include <iterator>
+#include <string>
+#include <tuple>
+#include <utility>
 
 #include "grammar/Console.h"
 #include "grammar/ParseReport.h"
@@ -48,6 +50,46 @@ class PositionScanner : public TokenScanner {
     std::deque<std::pair<long, long>> spans_;
 };
 
+// Line and column of offsets in the module file, found by reading on from the offset asked for
+// last: the compiler asks in text order, so one parse reads the file once, in constant memory
+// (an index of line starts would grow with the file, which may be anything a user hands over).
+class LineCursor {
+  public:
+    explicit LineCursor(const std::string& file) : in_(file, std::ios::binary) {}
+
+    // 1-based line and column of `offset`; an offset past the end gives the end's.
+    std::pair<int, int> locate(long offset) {
+        if (offset < offset_)
+            rewind();
+        std::streambuf* text = in_.rdbuf();
+        while (offset_ < offset && in_) {
+            const auto c = text->sbumpc();
+            if (c == std::char_traits<char>::eof())
+                break;
+            ++offset_;
+            if (c == '\n') {
+                ++line_;
+                lineStart_ = offset_;
+            }
+        }
+        return {line_, static_cast<int>(offset_ - lineStart_) + 1};
+    }
+
+  private:
+    void rewind() {
+        in_.clear();
+        in_.seekg(0);
+        offset_ = 0;
+        line_ = 1;
+        lineStart_ = 0;
+    }
+
+    std::ifstream in_;
+    long offset_ = 0;     // where the file stands
+    int line_ = 1;        // the line of offset_
+    long lineStart_ = 0;  // where that line begins
+};
+
 namespace {
 
 // The action numbers of the MOD grammar.
@@ -77,10 +119,6 @@ constexpr int kOnceCode = 12;
 constexpr int kAlapCode = 13;
 constexpr int kTimesCode = 27;
 constexpr int kSequenceCode = 28;
-
-// Open if and while statements at once; deeper nesting would only make the interpreter's
-// recursion and the tree's destruction run out of stack.
-constexpr std::size_t kMaxOpenStatements = 256;
 
 // The number before "times" as an integer: the digits before any fraction, saturated.
 long long wholePart(const std::string& text) {
@@ -124,28 +162,18 @@ void ModuleCompiler::reset() {
     positions_->clear();
 }
 
-void ModuleCompiler::readLineStarts(const std::string& file) {
-    lineStarts_.assign(1, 0);
-    std::ifstream in(file, std::ios::binary);
-    long offset = 0;
-    for (std::istreambuf_iterator<char> it(in), end; it != end; ++it) {
-        ++offset;
-        if (*it == '\n')
-            lineStarts_.push_back(offset);
-    }
-}
-
 std::unique_ptr<koralModule> ModuleCompiler::compile(const std::string& file,
                                                      const std::string& name,
                                                      const ModuleLoadChain* outer) {
     reset();
-    readLineStarts(file);
+    lines_ = std::make_unique<LineCursor>(file);
     chain_ = ModuleLoadChain{name, outer, outer != nullptr ? outer->depth + 1 : 1};
     module_ = std::make_unique<koralModule>(file);
     std::string excerpt;
     long position = 0;
     const bool ok = parseFile(file, kExcerptBefore, kExcerptAfter, excerpt, position);
     std::unique_ptr<koralModule> module = std::move(module_);
+    lines_.reset();
     reset();
     if (ok) {
         module->markLoaded();
@@ -210,17 +238,14 @@ int ModuleCompiler::tokenCode(std::size_t k) const {
     return record != nullptr ? record->code : -1;
 }
 
-koralSourcePosition ModuleCompiler::record(std::string label, int code,
-                                           std::size_t firstToken) const {
+koralSourcePosition ModuleCompiler::record(std::string label, int code, std::size_t firstToken) {
     koralSourcePosition position;
     position.label = std::move(label);
     position.code = code;
     position.module = module_.get();
     position.begin = positions_->span(firstToken).first;
     position.end = positions_->span(0).second;
-    const auto line = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), position.begin);
-    position.line = static_cast<int>(line - lineStarts_.begin());
-    position.column = static_cast<int>(position.begin - *(line - 1)) + 1;
+    std::tie(position.line, position.column) = lines_->locate(position.begin);
     return position;
 }
 

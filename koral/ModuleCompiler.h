@@ -17,6 +17,7 @@ namespace vellum {
 
 class koralApply;
 class koralIf;
+class LineCursor;
 class PositionScanner;
 
 // The modules being compiled on this thread, innermost first, so that a module that uses itself
@@ -31,6 +32,11 @@ struct ModuleLoadChain {
 
 class ModuleCompiler : public GrammarParser {
   public:
+    // If and while statements open at once. Deeper nesting fails the module with "Statements
+    // nested too deeply!!!": running and destroying the tree recurse once per level, and the
+    // machine stack must not run out on any input.
+    static constexpr std::size_t kMaxOpenStatements = 256;
+
     ModuleCompiler();
     ~ModuleCompiler() override;
 
@@ -55,10 +61,9 @@ class ModuleCompiler : public GrammarParser {
     };
 
     void reset();
-    void readLineStarts(const std::string& file);
     std::string tokenText(std::size_t k) const;
     int tokenCode(std::size_t k) const;
-    koralSourcePosition record(std::string label, int code, std::size_t firstToken) const;
+    koralSourcePosition record(std::string label, int code, std::size_t firstToken);
     std::unique_ptr<KoralCondition> compileCondition(const std::string& token);
 
     bool setModuleName();
@@ -79,7 +84,7 @@ class ModuleCompiler : public GrammarParser {
     bool mayOpenStatement() const;
 
     PositionScanner* positions_;  // owned by the base class
-    std::vector<long> lineStarts_;
+    std::unique_ptr<LineCursor> lines_;
     ModuleLoadChain chain_;
     std::unique_ptr<koralModule> module_;
     std::string graphClass_;

@@ -3,6 +3,7 @@
 // file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule, "FILE:
 // module 'NAME', N units" for a module, compiled with its folder as module and rule search path
 // where those are unset). Exit status 1 when any file failed.
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -81,6 +82,11 @@ bool checkFile(const std::string& file) {
     if (reader == nullptr) {
         std::cerr << "vellum-cli check: '" << file
                   << "' has no known file type (.dg, .drl, .mod)\n";
+        return false;
+    }
+    std::error_code error;
+    if (std::filesystem::is_directory(file, error)) {
+        std::cerr << "vellum-cli check: '" << file << "' is a folder\n";
         return false;
     }
     if (!std::ifstream(file)) {

@@ -1,0 +1,166 @@
+// Bad input handed to vellum-cli: what it prints on standard output and standard error, and its
+// exit status (1 for input it could not use, 2 for arguments it could not use).
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "BadInputSupport.h"
+
+namespace vellum {
+namespace {
+
+using test::CliResult;
+using test::moduleText;
+using test::reportAt;
+using test::runCli;
+using test::unitText;
+
+std::string nestedIfs(std::size_t depth) {
+    std::string body;
+    for (std::size_t i = 0; i < depth; ++i)
+        body += "if (vertices > 0) then ";
+    body += "apply once noop";
+    for (std::size_t i = 0; i < depth; ++i)
+        body += " end";
+    return body;
+}
+
+class CommandLineInput : public test::ModuleFolderTest {
+  protected:
+    CommandLineInput() {
+        folder_.write("g.dg", "directed graph g\n{\n\tvertex 1 { label a }\n}\n");
+        std::filesystem::create_directory(folder_.path("folder.dg"));
+        std::filesystem::create_directory(folder_.path("folder.mod"));
+    }
+};
+
+TEST_F(CommandLineInput, CheckReportsFilesItCannotRead) {
+    const std::string truncated = "directed graph g\n{\n\tvertex 1 { label";
+    const std::string edge = "directed graph g\n{\n\tvertex 1\n\tedge 1 -> 2\n}\n";
+    folder_.write("truncated.dg", truncated);
+    folder_.write("edge.dg", edge);
+    const struct {
+        const char* file;
+        std::string out;
+        std::string err;
+    } rows[] = {
+        {"missing.dg", "", "vellum-cli check: cannot open 'missing.dg'\n"},
+        {"g.txt", "", "vellum-cli check: 'g.txt' has no known file type (.dg, .drl, .mod)\n"},
+        {"folder.dg", "", "vellum-cli check: 'folder.dg' is a folder\n"},
+        {"folder.mod", "", "vellum-cli check: 'folder.mod' is a folder\n"},
+        {"truncated.dg",
+         reportAt("File", "truncated.dg", truncated, static_cast<long>(truncated.size())), ""},
+        {"edge.dg", "Vertex with number '2' not found!!!\n" + reportAt("File", "edge.dg", edge, -1),
+         ""},
+    };
+    for (const auto& row : rows) {
+        const CliResult result = runCli(folder_, {"check", row.file});
+        EXPECT_EQ(result.status, 1) << row.file;
+        EXPECT_EQ(result.out, row.out) << row.file;
+        EXPECT_EQ(result.err, row.err) << row.file;
+    }
+}
+
+TEST_F(CommandLineInput, RunRefusesModulesAndGraphsItCannotUse) {
+    folder_.write("deep.mod", moduleText("deep", unitText(nestedIfs(10000))));
+    folder_.write("fine.mod", moduleText("fine", unitText("apply once noop")));
+    const struct {
+        std::vector<std::string> arguments;
+        std::string out;
+        std::string err;
+    } rows[] = {
+        {{"run", "deep.mod", "u", "g.dg"},
+         "Statements nested too deeply!!!\nModule 'deep' contains errors!!!\n",
+         "vellum-cli run: the module 'deep.mod' has errors\n"},
+        {{"run", "fine.mod", "u", "folder.dg"}, reportAt("File", "folder.dg", "", 0), ""},
+        {{"run", "folder.mod", "u", "g.dg"},
+         "",
+         "vellum-cli run: the module 'folder.mod' has errors\n"},
+        {{"run", "fine.mod", "u", "missing.dg"}, "", "vellum-cli run: cannot open 'missing.dg'\n"},
+    };
+    for (const auto& row : rows) {
+        const CliResult result = runCli(folder_, row.arguments);
+        EXPECT_EQ(result.status, 2) << row.arguments[1];
+        EXPECT_EQ(result.out, row.out) << row.arguments[1];
+        EXPECT_EQ(result.err, row.err) << row.arguments[1];
+    }
+}
+
+TEST_F(CommandLineInput, RunEndsAUnitThatAppliesItselfForeverWithStatus1) {
+    folder_.write("self.mod", moduleText("self", unitText("apply once u")));
+    const CliResult result = runCli(folder_, {"run", "self.mod", "u", "g.dg", "--quiet"});
+    EXPECT_EQ(result.status, 1);
+    const std::string expected =
+        "RUNNING 'u'...\ncaugh't: Units and statements nested too deeply!!!\n"
+        "from class: koralEvaluate\nof transformation unit: u\nREADY 'u'...";
+    EXPECT_EQ(result.out.substr(0, expected.size()), expected);
+    EXPECT_EQ(result.err, "");
+}
+
+TEST_F(CommandLineInput, RunReportsAnOutputItCannotWrite) {
+    folder_.write("fine.mod", moduleText("fine", unitText("apply once noop")));
+    const CliResult result =
+        runCli(folder_, {"run", "fine.mod", "u", "g.dg", "--quiet", "-o", "folder.dg"});
+    EXPECT_EQ(result.status, 1);
+    const std::string last = "Could not write the file 'folder.dg' !!!\n";
+    ASSERT_GE(result.out.size(), last.size());
+    EXPECT_EQ(result.out.substr(result.out.size() - last.size()), last);
+    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("folder.dg")));
+}
+
+// An attribute expression that cannot be evaluated fails the rewriting step; an application
+// condition that cannot be evaluated refuses the occurrence.
+TEST_F(CommandLineInput, ApplyReportsExpressionsThatCannotBeEvaluated) {
+    folder_.write("n.dg", "directed graph g\n{\n\tvertex 1 { label a integer n = 4 }\n}\n");
+    const std::string left = "\tleft-hand side { vertex 1 = x { label a } }\n";
+    const std::string interface = "\tinterface { vertex 1 <-> 2 }\n";
+    const struct {
+        const char* expression;
+        const char* code;
+    } expressions[] = {{"x.n + 1.5", "2"}, {"x.n / 0", "3"}, {"y.n", "5"}, {"x.n +", "0"}};
+    for (const auto& row : expressions) {
+        const std::string code = row.code;
+        folder_.write("value.drl", "directed graphrule value\n{\n" + left + interface +
+                                       "\tright-hand side { vertex 2 { integer n = [" +
+                                       row.expression + "] } }\n}\n");
+        folder_.write("condition.drl", "directed graphrule condition\n{\n" + left + interface +
+                                           "\tright-hand side { vertex 2 }\n" +
+                                           "\tapplication condition = [" + row.expression +
+                                           " == 1]\n}\n");
+        const CliResult value = runCli(folder_, {"apply", "value.drl", "n.dg"});
+        EXPECT_EQ(value.status, 1) << row.expression;
+        EXPECT_EQ(value.out,
+                  "event 2000\nevent 2002\nRule 'value': attribute 'n' not set: "
+                  "exprException " +
+                      code + "\nresult 5\n")
+            << row.expression;
+        const CliResult condition = runCli(folder_, {"apply", "condition.drl", "n.dg"});
+        EXPECT_EQ(condition.status, 1) << row.expression;
+        EXPECT_EQ(condition.out,
+                  "Application condition of rule 'condition' failed: exprException " + code +
+                      "\nresult 3\n")
+            << row.expression;
+    }
+}
+
+TEST_F(CommandLineInput, EvalPrintsTheCodeOfAnExpressionItCannotEvaluate) {
+    const struct {
+        const char* expression;
+        const char* out;
+    } rows[] = {
+        {"1 / 0", "exprException 3\n"},
+        {"1 + 2.0", "exprException 2\n"},
+        {"x + 1", "exprException 5\n"},
+        {"\xff\xfe", "exprException 0\n"},
+    };
+    for (const auto& row : rows) {
+        const CliResult result = runCli(folder_, {"eval", row.expression});
+        EXPECT_EQ(result.status, 1) << row.expression;
+        EXPECT_EQ(result.out, row.out) << row.expression;
+    }
+}
+
+}  // namespace
+}  // namespace vellum
