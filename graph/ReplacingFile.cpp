@@ -34,6 +34,17 @@ std::string createTemporaryBeside(const std::string& target) {
     return {};
 }
 
+// Forces the file's contents to the disk, so that a crash right after the rename cannot leave
+// an empty file where the old one was.
+bool syncToDisk(const std::string& file) {
+    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    const bool synced = ::fsync(fd) == 0;
+    ::close(fd);
+    return synced;
+}
+
 }  // namespace
 
 ReplacingFile::ReplacingFile(std::string target) : target_(std::move(target)) {}
@@ -62,7 +73,7 @@ bool ReplacingFile::commit() {
     stream_.flush();
     const bool written = stream_.good();
     stream_.close();
-    if (!written || stream_.fail())
+    if (!written || stream_.fail() || !syncToDisk(temporary_))
         return false;
     struct stat existing {};
     if (::stat(target_.c_str(), &existing) == 0)

@@ -21,9 +21,9 @@ class ReplacingFile {
     bool open();
     // The stream to write to (classic "C" formatting, large buffer); valid after open().
     std::ostream& stream() { return stream_; }
-    // Flushes and closes the temporary file, gives it the permissions of the file it replaces
-    // and renames it over the target. False when any of that failed; the target is then as
-    // it was.
+    // Flushes, closes and syncs the temporary file to the disk, gives it the permissions of the
+    // file it replaces and renames it over the target. False when any of that failed; the target is
+    // then as it was.
     bool commit();
 
   private:
