@@ -13,7 +13,7 @@ namespace vellum::test {
 class TempFolder {
   public:
     TempFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vellum_graph_XXXXXX");
+        std::string pattern = (std::filesystem::temp_directory_path() / "vellum_test_XXXXXX");
         if (::mkdtemp(pattern.data()) != nullptr)
             path_ = pattern;
     }
@@ -24,10 +24,22 @@ class TempFolder {
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    std::string path(const std::string& name) const { return (path_ / name).string(); }
-    // Writes `text` to the file `name` in the folder and returns its path.
+    // The folder itself, or the file `name` in it.
+    std::string path(const std::string& name = {}) const {
+        return name.empty() ? path_.string() : (path_ / name).string();
+    }
+    // Writes `text` to the file `name` in the folder (making the folders the name holds) and
+    // returns its path.
     std::string write(const std::string& name, const std::string& text) const {
+        std::error_code ignored;
+        std::filesystem::create_directories((path_ / name).parent_path(), ignored);
         std::ofstream(path(name), std::ios::binary) << text;
+        return path(name);
+    }
+    // Copies a file into the folder under `name` and returns the copy's path.
+    std::string copy(const std::string& file, const std::string& name) const {
+        std::filesystem::copy_file(file, path_ / name,
+                                   std::filesystem::copy_options::overwrite_existing);
         return path(name);
     }
     static std::string read(const std::string& file) {

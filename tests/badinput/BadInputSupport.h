@@ -20,6 +20,7 @@
 #include "grammar/Console.h"
 #include "grammar/ParseReport.h"
 #include "grammar/Paths.h"
+#include "grammar/tests/ScopedEnvironment.h"
 #include "graph/tests/TempFolder.h"
 #include "koral/KoralCPU.h"
 #include "koral/ModuleCache.h"
@@ -109,30 +110,6 @@ inline std::size_t significantEnd(const std::string& text) {
     return end;
 }
 
-// Sets (or, with no value, unsets) an environment variable until the end of the scope.
-class ScopedVariable {
-  public:
-    ScopedVariable(std::string name, std::optional<std::string> value) : name_(std::move(name)) {
-        if (const char* old = std::getenv(name_.c_str()))
-            old_ = old;
-        set(value);
-    }
-    ~ScopedVariable() { set(old_); }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-  private:
-    void set(const std::optional<std::string>& value) const {
-        if (value)
-            ::setenv(name_.c_str(), value->c_str(), 1);
-        else
-            ::unsetenv(name_.c_str());
-    }
-
-    std::string name_;
-    std::optional<std::string> old_;
-};
-
 // A module of graph class DirectedGraph exporting its first unit.
 inline std::string moduleText(const std::string& name, const std::string& units,
                               const std::string& uses = "") {
@@ -209,10 +186,10 @@ class ModuleFolderTest : public ::testing::Test {
     TempFolder folder_;
 
   private:
-    ScopedVariable modules_;
-    ScopedVariable rules_;
-    ScopedVariable classes_;
-    ScopedVariable extension_;
+    ScopedEnvironment modules_;
+    ScopedEnvironment rules_;
+    ScopedEnvironment classes_;
+    ScopedEnvironment extension_;
 };
 
 struct CliResult {

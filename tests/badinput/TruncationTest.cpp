@@ -110,8 +110,8 @@ TEST_F(ModuleTruncation, EveryPrefixOfAModuleCompilesOnlyWhenComplete) {
     ASSERT_GE(files.size(), 5u);
     for (const fs::path& file : files) {
         const std::string folder = file.parent_path().string();
-        test::ScopedVariable modules("koralModules", folder);
-        test::ScopedVariable rules("koralGraphRules", folder);
+        test::ScopedEnvironment modules("koralModules", folder);
+        test::ScopedEnvironment rules("koralGraphRules", folder);
         const std::string name = file.stem().string();
         const std::string copy = folder_.path(name + ".mod");
         checkPrefixes(file, copy, "Module", name, [&](std::string& console) {
