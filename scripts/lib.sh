@@ -4,14 +4,17 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 jobs="$(nproc 2>/dev/null || echo 2)"
 
 # configure_and_build BUILD_DIR [CMAKE_ARGS...]: the build's output goes to BUILD_DIR/build.log
-# and is shown only when something fails.
+# and is shown only when something fails. Builds everything, or only the targets in the array
+# build_targets when it is set.
+build_targets=()
 configure_and_build() {
     local dir="$1"
     shift
     mkdir -p "$dir"
     echo "Building in $dir (log: $dir/build.log)"
     if ! { cmake -S "$root" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@" &&
-           cmake --build "$dir" -j "$jobs"; } >"$dir/build.log" 2>&1; then
+           cmake --build "$dir" -j "$jobs" ${build_targets[@]+--target "${build_targets[@]}"}; } \
+            >"$dir/build.log" 2>&1; then
         tail -n 80 "$dir/build.log"
         echo "Build failed; the whole log is $dir/build.log" >&2
         return 1
