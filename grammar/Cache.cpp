@@ -1,5 +1,7 @@
 #include "grammar/Cache.h"
 
+#include <sys/stat.h>
+
 #include <cstring>
 
 #include "grammar/Console.h"
@@ -17,6 +19,11 @@ Cache::~Cache() = default;
 
 bool Cache::open(const std::string& fileName) {
     close();
+    // Only a regular file can be measured and read at random: a named pipe would block the
+    // open until a writer comes, and a device may never end.
+    struct stat info {};
+    if (::stat(fileName.c_str(), &info) == 0 && !S_ISREG(info.st_mode))
+        return false;
     std::FILE* f = std::fopen(fileName.c_str(), "rb");
     if (f == nullptr)
         return false;

@@ -3,9 +3,11 @@
 #include <link.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string_view>
 
 namespace vellum {
 
@@ -26,10 +28,13 @@ bool isNativeObject(const ElfW(Ehdr) & header) {
 
 bool isCutShortLibrary(const std::string& file) {
     std::error_code error;
+    // Not opened unless regular: a named pipe would block the open.
     const std::uintmax_t size = std::filesystem::file_size(file, error);
+    if (error)
+        return false;
     std::ifstream in(file, std::ios::binary);
     ElfW(Ehdr) header{};
-    if (error || !readRecord(in, &header, sizeof header) || !isNativeObject(header))
+    if (!readRecord(in, &header, sizeof header) || !isNativeObject(header))
         return false;
     const std::uintmax_t tableEnd =
         static_cast<std::uintmax_t>(header.e_phoff) + header.e_phnum * sizeof(ElfW(Phdr));
@@ -45,6 +50,24 @@ bool isCutShortLibrary(const std::string& file) {
             return true;
     }
     return false;
+}
+
+std::string findOnLibraryPath(const std::string& name) {
+    const char* path = std::getenv("LD_LIBRARY_PATH");
+    if (path == nullptr)
+        return {};
+    std::string_view rest = path;
+    while (true) {
+        const std::size_t colon = rest.find(':');
+        const std::string folder(rest.substr(0, colon));
+        const std::string file = (folder.empty() ? std::string(".") : folder) + "/" + name;
+        std::error_code error;
+        if (std::filesystem::is_regular_file(file, error))
+            return file;
+        if (colon == std::string_view::npos)
+            return {};
+        rest.remove_prefix(colon + 1);
+    }
 }
 
 }  // namespace vellum

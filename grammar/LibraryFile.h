@@ -12,4 +12,8 @@ namespace vellum {
 // machine, a missing file) gives false: the loader refuses those by itself.
 bool isCutShortLibrary(const std::string& file);
 
+// The file the system loader takes first for a bare library name from the folders of
+// LD_LIBRARY_PATH (an empty entry is the working folder); empty when none of them holds one.
+std::string findOnLibraryPath(const std::string& name);
+
 }  // namespace vellum

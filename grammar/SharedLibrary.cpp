@@ -56,8 +56,10 @@ SharedLibrary SharedLibrary::openFile(const std::string& file) {
     // An empty name would give the program itself, which is no library.
     if (file.empty())
         return library;
-    // A path is checked first; a bare name goes through the loader's own search, which cannot.
-    if (file.find('/') != std::string::npos && isCutShortLibrary(file))
+    // Checked first: a path as it stands, a bare name where the loader's search through
+    // LD_LIBRARY_PATH would find it (the system's own folders are the system's business).
+    const bool bare = file.find('/') == std::string::npos;
+    if (isCutShortLibrary(bare ? findOnLibraryPath(file) : file))
         return library;
     library.handle_ = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library.handle_ != nullptr)

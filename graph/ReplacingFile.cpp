@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <locale>
 #include <random>
 
@@ -15,14 +16,38 @@ namespace {
 constexpr std::size_t kBufferSize = 1 << 20;
 constexpr int kNameAttempts = 64;
 
-// Creates a new, empty file with a fresh name beside `target`; its permissions follow the
-// umask as those of any new file do. Empty result when none could be created.
+// Where the text really goes: through a symbolic link to the file it names, so that saving
+// updates that file instead of putting a plain file in place of the link.
+std::string resolveLinks(const std::string& target) {
+    std::error_code error;
+    if (!std::filesystem::is_symlink(target, error))
+        return target;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(target, error);
+    return error ? target : resolved.string();
+}
+
+// Only a regular file (or none yet) may be replaced: renaming over a folder fails anyway, and
+// over a device or named pipe it would put a plain file in place of a system's node.
+bool mayReplace(const std::string& target) {
+    std::error_code error;
+    const auto status = std::filesystem::status(target, error);
+    return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
+}
+
+// Creates a new, empty file with a fresh name in the folder of `target`; its permissions follow
+// the umask as those of any new file do. The name does not grow with the target's, so a target
+// whose name is as long as the system allows can be saved too. Empty result when none could be
+// created.
 std::string createTemporaryBeside(const std::string& target) {
+    std::filesystem::path folder = std::filesystem::path(target).parent_path();
+    if (folder.empty())
+        folder = ".";
     std::random_device seed;
     std::mt19937 random(seed());
     for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
-        const std::string name =
-            target + ".~" + std::to_string(::getpid()) + "-" + std::to_string(random() % 1000000u);
+        const std::string name = (folder / (".vellum-" + std::to_string(::getpid()) + "-" +
+                                            std::to_string(random() % 1000000u) + ".tmp"))
+                                     .string();
         const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0) {
             ::close(fd);
@@ -47,7 +72,7 @@ bool syncToDisk(const std::string& file) {
 
 }  // namespace
 
-ReplacingFile::ReplacingFile(std::string target) : target_(std::move(target)) {}
+ReplacingFile::ReplacingFile(std::string target) : target_(resolveLinks(target)) {}
 
 ReplacingFile::~ReplacingFile() {
     if (stream_.is_open())
@@ -57,6 +82,8 @@ ReplacingFile::~ReplacingFile() {
 }
 
 bool ReplacingFile::open() {
+    if (!mayReplace(target_))
+        return false;
     temporary_ = createTemporaryBeside(target_);
     if (temporary_.empty())
         return false;

@@ -11,13 +11,16 @@ namespace vellum {
 
 class ReplacingFile {
   public:
+    // A target that is a symbolic link stands for the file it names.
     explicit ReplacingFile(std::string target);
     // Removes the temporary file unless commit() succeeded.
     ~ReplacingFile();
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
-    // Creates the temporary file; false when the target's folder cannot take it.
+    // Creates the temporary file (".vellum-....tmp" in the target's folder); false when the
+    // folder cannot take it, or when the target exists but is no regular file (a folder, a
+    // device, a named pipe), which is never replaced.
     bool open();
     // The stream to write to (classic "C" formatting, large buffer); valid after open().
     std::ostream& stream() { return stream_; }

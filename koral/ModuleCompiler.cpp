@@ -55,10 +55,14 @@ class PositionScanner : public TokenScanner {
 // (an index of line starts would grow with the file, which may be anything a user hands over).
 class LineCursor {
   public:
-    explicit LineCursor(const std::string& file) : in_(file, std::ios::binary) {}
+    explicit LineCursor(std::string file) : file_(std::move(file)) {}
 
     // 1-based line and column of `offset`; an offset past the end gives the end's.
     std::pair<int, int> locate(long offset) {
+        // Opened on first use, once the parser has read a statement: the file is then known to
+        // be a regular one (opening a named pipe here would wait for a writer).
+        if (!in_.is_open())
+            in_.open(file_, std::ios::binary);
         if (offset < offset_)
             rewind();
         std::streambuf* text = in_.rdbuf();
@@ -84,6 +88,7 @@ class LineCursor {
         lineStart_ = 0;
     }
 
+    std::string file_;
     std::ifstream in_;
     long offset_ = 0;     // where the file stands
     int line_ = 1;        // the line of offset_

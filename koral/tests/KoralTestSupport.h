@@ -1,6 +1,6 @@
 // Helpers of the koral tests: where the test plug-ins were built, the message of a library
-// error, a working folder changed for one test, and (from the shared test support) a temporary
-// folder and environment variables set for one test.
+// error, a working folder changed for one test, and (from the shared test
+// support) a temporary folder and environment variables set for one test.
 #pragma once
 
 #include <gtest/gtest.h>

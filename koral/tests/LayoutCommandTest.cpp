@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "CliRun.h"
 #include "KoralTestSupport.h"
 #include "grammar/Paths.h"
 #include "graph/GraphReader.h"
@@ -14,31 +15,10 @@
 namespace vellum {
 namespace {
 
+using test::cli;
+using test::CliRun;
 using test::ScopedEnvironment;
 using test::TempFolder;
-
-struct CliRun {
-    std::string out;
-    int status = -1;
-};
-
-// Runs vellum-cli with the arguments (each quoted for the shell); standard error is dropped.
-CliRun cli(const std::vector<std::string>& arguments) {
-    std::string command = std::string("'") + VELLUM_CLI_PATH + "'";
-    for (const std::string& argument : arguments)
-        command += " '" + argument + "'";
-    command += " 2>/dev/null";
-    CliRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr)
-        return run;
-    char buffer[4096];
-    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-        run.out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
-}
 
 std::string descriptionOf(const std::string& name) {
     ScopedEnvironment bundled("VellumLayout", pluginDirectory());

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "CliRun.h"
 #include "KoralTestSupport.h"
 #include "grammar/Console.h"
 #include "grammar/Paths.h"
@@ -78,6 +79,24 @@ TEST(PluginFault, FilesThatAreNoLibraryAreRefusedByEveryKind) {
         // Function libraries of expressions load through the same door.
         EXPECT_FALSE(SharedLibrary::open(path).loaded()) << name;
     }
+}
+
+TEST(PluginFault, ALibraryCutShortOnTheLoadersSearchPathIsRefused) {
+    // Function and method libraries are named bare and found along LD_LIBRARY_PATH, which the
+    // loader reads at start-up: hence a program started with it.
+    const std::string library = fileBytes(pluginDirectory() + "/$(vmath.so");
+    ASSERT_GT(library.size(), 8192u);
+    TempFolder folder;
+    folder.write("$(cut.so", library.substr(0, 4096));
+    folder.write("$(whole.so", library);
+    const std::string environment = "LD_LIBRARY_PATH='" + folder.path() + "' ";
+    const test::CliRun cut = test::cli({"eval", "$(cut.abs)(0 - 2)"}, environment);
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_EQ(cut.out.rfind("exprException 7", 0), 0u) << cut.out;
+    // The same folder still serves a whole library.
+    const test::CliRun whole = test::cli({"eval", "$(whole.abs)(0 - 2)"}, environment);
+    EXPECT_EQ(whole.status, 0);
+    EXPECT_EQ(whole.out, "integer 2\n");
 }
 
 TEST(PluginFault, LibrariesWithoutTheEntriesOfTheirKind) {

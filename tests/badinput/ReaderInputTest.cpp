@@ -3,6 +3,7 @@
 // edges and references to vertices that do not exist. Each must end in the reader's report and
 // a failed load (or a load, where the input is in fact fine), never in a crash.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -219,14 +220,19 @@ TEST_F(ReaderInput, RandomBinaryGarbageFailsEveryReader) {
     }
 }
 
-// An empty file, a file that does not exist and a folder all read as an empty text.
-TEST_F(ReaderInput, EmptyMissingAndFolderFilesAreReportedAtPositionZero) {
+// An empty file, a file that does not exist, a folder, a named pipe (which must not wait for a
+// writer) and a device that never ends all read as an empty text.
+TEST_F(ReaderInput, EmptyMissingFolderPipeAndDeviceFilesAreReportedAtPositionZero) {
     for (Reader reader : {Reader::Graph, Reader::Rule, Reader::Module}) {
         const std::string empty = folder_.write("empty" + extension(reader), "");
         const std::string missing = folder_.path("missing" + extension(reader));
         const std::string folder = folder_.path("folder" + extension(reader));
         std::filesystem::create_directory(folder);
-        for (const std::string& file : {empty, missing, folder}) {
+        const std::string pipe = folder_.path("pipe" + extension(reader));
+        ASSERT_EQ(::mkfifo(pipe.c_str(), 0644), 0);
+        const std::string device = folder_.path("zero" + extension(reader));
+        std::filesystem::create_symlink("/dev/zero", device);
+        for (const std::string& file : {empty, missing, folder, pipe, device}) {
             const Outcome outcome = readFile(reader, file);
             EXPECT_FALSE(outcome.read) << file;
             EXPECT_EQ(outcome.console, reportAt(kind(reader), reportedName(reader, file), "", 0))

@@ -84,9 +84,15 @@ bool checkFile(const std::string& file) {
                   << "' has no known file type (.dg, .drl, .mod)\n";
         return false;
     }
+    // Asked before opening: opening a named pipe would wait for a writer.
     std::error_code error;
-    if (std::filesystem::is_directory(file, error)) {
+    const auto status = std::filesystem::status(file, error);
+    if (std::filesystem::is_directory(status)) {
         std::cerr << "vellum-cli check: '" << file << "' is a folder\n";
+        return false;
+    }
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        std::cerr << "vellum-cli check: '" << file << "' is not a regular file\n";
         return false;
     }
     if (!std::ifstream(file)) {
