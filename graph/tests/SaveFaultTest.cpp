@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "LimitedChild.h"
 #include "RuleFixtures.h"
@@ -77,18 +78,19 @@ TEST_F(SaveFault, AFullDiskLeavesTheOldFileAndNoTemporaryFile) {
     for (const Saver& saver : savers_) {
         TempFolder folder;
         const std::string target = folder.write("old.file", kOldText);
+        const std::vector<std::string> before = entriesOf(folder.root());
         const test::ChildResult child =
             runWithFileSizeLimit(kLimit, [&] { return saver.save(target) ? 0 : 1; });
         EXPECT_EQ(child.status, 1) << saver.kind;
         EXPECT_EQ(child.output, couldNotWrite(target)) << saver.kind;
         EXPECT_EQ(TempFolder::read(target), kOldText) << saver.kind;
-        EXPECT_EQ(entriesOf(folder.root()), std::vector<std::string>{"old.file"}) << saver.kind;
+        EXPECT_EQ(entriesOf(folder.root()), before) << saver.kind;
 
         // Without the limit the same save goes through: the limit was what stopped it.
         ConsoleCapture quiet;
         EXPECT_TRUE(saver.save(target)) << saver.kind;
         EXPECT_GT(TempFolder::read(target).size(), kLimit) << saver.kind;
-        EXPECT_EQ(entriesOf(folder.root()), std::vector<std::string>{"old.file"}) << saver.kind;
+        EXPECT_EQ(entriesOf(folder.root()), before) << saver.kind;
     }
 }
 
@@ -96,28 +98,47 @@ TEST_F(SaveFault, AFolderPathThroughAFileIsReported) {
     for (const Saver& saver : savers_) {
         TempFolder folder;
         const std::string plain = folder.write("plain.txt", kOldText);
+        const std::vector<std::string> before = entriesOf(folder.root());
         const std::string target = plain + "/out.file";
         ConsoleCapture capture;
         EXPECT_FALSE(saver.save(target)) << saver.kind;
         EXPECT_EQ(capture.text(), couldNotWrite(target)) << saver.kind;
         EXPECT_EQ(TempFolder::read(plain), kOldText) << saver.kind;
-        EXPECT_EQ(entriesOf(folder.root()), std::vector<std::string>{"plain.txt"}) << saver.kind;
+        EXPECT_EQ(entriesOf(folder.root()), before) << saver.kind;
     }
 }
 
+// Root writes through folder permissions, so the save runs in a child with an ordinary user's
+// rights; the child first proves it can read the old file, or a folder it cannot even reach
+// would stop the save for the wrong reason.
 TEST_F(SaveFault, AReadOnlyFolderLeavesTheOldFile) {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "running as root: folder permissions do not stop writes";
+    constexpr int kCannotReadOldFile = 3;
     for (const Saver& saver : savers_) {
         TempFolder folder;
         const std::string target = folder.write("old.file", kOldText);
         ASSERT_EQ(::chmod(folder.root().c_str(), 0555), 0);
-        ConsoleCapture capture;
-        EXPECT_FALSE(saver.save(target)) << saver.kind;
+        struct stat info {};
+        ASSERT_EQ(::stat(folder.root().c_str(), &info), 0);
+        EXPECT_EQ(info.st_mode & 07777, 0555u);
+        if (::geteuid() == 0) {
+            EXPECT_EQ(info.st_uid, 0u) << "the folder must belong to root";
+        }
+        const std::vector<std::string> before = entriesOf(folder.root());
+
+        const test::ChildResult child = test::runUnprivileged([&] {
+            if (TempFolder::read(target) != kOldText)
+                return kCannotReadOldFile;
+            return saver.save(target) ? 0 : 1;
+        });
         ::chmod(folder.root().c_str(), 0755);
-        EXPECT_EQ(capture.text(), couldNotWrite(target)) << saver.kind;
+        if (child.status == test::kCouldNotDropPrivileges)
+            GTEST_SKIP() << child.output;
+        ASSERT_NE(child.status, kCannotReadOldFile)
+            << saver.kind << ": the unprivileged child cannot reach " << target;
+        EXPECT_EQ(child.status, 1) << saver.kind;
+        EXPECT_EQ(child.output, couldNotWrite(target)) << saver.kind;
         EXPECT_EQ(TempFolder::read(target), kOldText) << saver.kind;
-        EXPECT_EQ(entriesOf(folder.root()), std::vector<std::string>{"old.file"}) << saver.kind;
+        EXPECT_EQ(entriesOf(folder.root()), before) << saver.kind;
     }
 }
 

@@ -252,8 +252,7 @@ TEST_F(KoralRunTest, RefusesASecondStartAndLeavesTheRunAlone) {
     koralCPU cpu;
     ASSERT_TRUE(cpu.start(module->findUnit("u"), &graph, nullptr, true));
     // Let the worker write its first line, so that the console's order is known.
-    while (capture.text().empty())
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    ASSERT_TRUE(test::waitForOutput(capture, std::chrono::seconds(30)));
     EXPECT_FALSE(cpu.start(module->findUnit("u"), &other, nullptr, true));
     EXPECT_TRUE(cpu.running());
     cpu.stop();

@@ -14,6 +14,7 @@ namespace {
 
 using test::KoralRunTest;
 using test::unitText;
+using test::waitForOutput;
 using test::withoutTime;
 using Outcome = koralCPU::Outcome;
 
@@ -114,8 +115,8 @@ TEST_F(KoralFault, AStoppedEndlessRunLeavesTheCPUReady) {
         ConsoleCapture capture;
         ASSERT_TRUE(cpu.start(endless, &graph, nullptr, true));
         // Well into the loop: the worker has written its first line.
-        while (capture.text().empty())
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        ASSERT_TRUE(waitForOutput(capture, std::chrono::seconds(30)))
+            << name << ": the run wrote nothing within 30 seconds";
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
         EXPECT_TRUE(cpu.running()) << name;
         cpu.stop();

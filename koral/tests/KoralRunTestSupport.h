@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <optional>
 #include <regex>
 #include <string>
+#include <thread>
 
 #include "KoralTestSupport.h"
 #include "grammar/Console.h"
@@ -34,6 +36,18 @@ inline std::string unitText(const std::string& body, const std::string& initial 
 inline std::string withoutTime(const std::string& text) {
     static const std::regex time(R"(\.\.\.[-+.e0-9]+ seconds\.)");
     return std::regex_replace(text, time, "...T seconds.");
+}
+
+// Waits until something has been written to the console, at most `limit`; false if nothing
+// came, so that a run that never starts fails the test instead of hanging it.
+inline bool waitForOutput(const ConsoleCapture& capture, std::chrono::milliseconds limit) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (capture.text().empty()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
 }
 
 struct RunResult {

@@ -1,6 +1,7 @@
 // Bad input handed to vellum-cli: what it prints on standard output and standard error, and its
 // exit status (1 for input it could not use, 2 for arguments it could not use).
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -15,6 +16,7 @@ using test::CliResult;
 using test::moduleText;
 using test::reportAt;
 using test::runCli;
+using test::TempFolder;
 using test::unitText;
 
 std::string nestedIfs(std::size_t depth) {
@@ -88,6 +90,32 @@ TEST_F(CommandLineInput, RunRefusesModulesAndGraphsItCannotUse) {
     }
 }
 
+// Opening a named pipe waits for a writer: every command must refuse it without opening it.
+TEST_F(CommandLineInput, NamedPipesAreRefusedWithoutWaiting) {
+    ASSERT_EQ(::mkfifo(folder_.path("pipe.dg").c_str(), 0644), 0);
+    ASSERT_EQ(::mkfifo(folder_.path("pipe.mod").c_str(), 0644), 0);
+    folder_.write("fine.mod", moduleText("fine", unitText("apply once noop")));
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        std::string err;
+    } rows[] = {
+        {{"check", "pipe.dg"}, 1, "vellum-cli check: 'pipe.dg' is not a regular file\n"},
+        {{"convert", "pipe.dg", "out.dg"}, 1, "vellum-cli convert: cannot open 'pipe.dg'\n"},
+        {{"layout", "sphere", "pipe.dg"}, 1, "vellum-cli layout: cannot open 'pipe.dg'\n"},
+        {{"match", "noop.drl", "pipe.dg"}, 1, "vellum-cli match: cannot open 'pipe.dg'\n"},
+        {{"apply", "noop.drl", "pipe.dg"}, 1, "vellum-cli apply: cannot open 'pipe.dg'\n"},
+        {{"run", "fine.mod", "u", "pipe.dg"}, 2, "vellum-cli run: cannot open 'pipe.dg'\n"},
+        {{"run", "pipe.mod", "u", "g.dg"}, 2, "vellum-cli run: cannot open 'pipe.mod'\n"},
+    };
+    for (const auto& row : rows) {
+        const CliResult result = runCli(folder_, row.arguments);
+        EXPECT_EQ(result.status, row.status) << row.arguments[0];
+        EXPECT_EQ(result.out, "") << row.arguments[0];
+        EXPECT_EQ(result.err, row.err) << row.arguments[0];
+    }
+}
+
 TEST_F(CommandLineInput, RunEndsAUnitThatAppliesItselfForeverWithStatus1) {
     folder_.write("self.mod", moduleText("self", unitText("apply once u")));
     const CliResult result = runCli(folder_, {"run", "self.mod", "u", "g.dg", "--quiet"});
@@ -99,15 +127,56 @@ TEST_F(CommandLineInput, RunEndsAUnitThatAppliesItselfForeverWithStatus1) {
     EXPECT_EQ(result.err, "");
 }
 
-TEST_F(CommandLineInput, RunReportsAnOutputItCannotWrite) {
-    folder_.write("fine.mod", moduleText("fine", unitText("apply once noop")));
-    const CliResult result =
-        runCli(folder_, {"run", "fine.mod", "u", "g.dg", "--quiet", "-o", "folder.dg"});
-    EXPECT_EQ(result.status, 1);
-    const std::string last = "Could not write the file 'folder.dg' !!!\n";
-    ASSERT_GE(result.out.size(), last.size());
-    EXPECT_EQ(result.out.substr(result.out.size() - last.size()), last);
-    EXPECT_TRUE(std::filesystem::is_directory(folder_.path("folder.dg")));
+// An output file that cannot be written is refused before the work, so that a long run does
+// not end unsaved: nothing runs, nothing is written, and the usage follows the problem.
+TEST_F(CommandLineInput, OutputFilesThatCannotBeWrittenAreRefusedBeforeTheWork) {
+    const std::string graph = TempFolder::read(folder_.path("g.dg"));
+    folder_.write("fine.mod", moduleText("fine", unitText("apply once grow")));
+    const struct {
+        std::string output;
+        std::string problem;
+    } outputs[] = {
+        {"", "the output file name (-o) is empty"},
+        {"folder.dg", "the output file 'folder.dg' is a folder"},
+        {"folder.dg/", "the output file 'folder.dg/' is a folder"},
+        {"nofolder/x.dg", "the folder of the output file 'nofolder/x.dg' does not exist"},
+        {"g.dg/x.dg", "the folder of the output file 'g.dg/x.dg' is not a folder"},
+    };
+    const std::vector<std::vector<std::string>> commands = {
+        {"run", "fine.mod", "u", "g.dg", "-o"},
+        {"apply", "grow.drl", "g.dg", "-o"},
+        {"layout", "circle", "g.dg", "-o"},
+    };
+    for (const auto& row : outputs) {
+        for (std::vector<std::string> arguments : commands) {
+            const std::string name = arguments[0];
+            arguments.push_back(row.output);
+            const CliResult result = runCli(folder_, arguments);
+            const std::string expected =
+                "vellum-cli " + name + ": " + row.problem + "\nusage: vellum-cli " + name + " ";
+            EXPECT_EQ(result.status, 2) << name << " -o '" << row.output << "'";
+            EXPECT_EQ(result.out, "") << name << " -o '" << row.output << "'";
+            EXPECT_EQ(result.err.substr(0, expected.size()), expected) << name;
+        }
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder_.path("folder.dg")));
+    EXPECT_FALSE(std::filesystem::exists(folder_.path("nofolder")));
+    EXPECT_EQ(TempFolder::read(folder_.path("g.dg")), graph);
+
+    // The same commands write to a file in a folder that exists, or in the current folder.
+    std::filesystem::create_directory(folder_.path("sub"));
+    for (const std::string output : {"sub/out.dg", "out.dg"}) {
+        std::filesystem::remove(folder_.path(output));
+        EXPECT_EQ(runCli(folder_, {"run", "fine.mod", "u", "g.dg", "--quiet", "-o", output}).status,
+                  0)
+            << output;
+        EXPECT_NE(TempFolder::read(folder_.path(output)).find("label new"), std::string::npos)
+            << output;
+        std::filesystem::remove(folder_.path(output));
+        EXPECT_EQ(runCli(folder_, {"apply", "grow.drl", "g.dg", "-o", output}).status, 0) << output;
+        EXPECT_NE(TempFolder::read(folder_.path(output)).find("label new"), std::string::npos)
+            << output;
+    }
 }
 
 // An attribute expression that cannot be evaluated fails the rewriting step; an application

@@ -76,14 +76,11 @@ std::optional<ApplyOptions> parseOptions(const Arguments& arguments, std::string
         problem = "expected a rule file and a graph file";
         return std::nullopt;
     }
+    if (options.output)
+        problem = outputFileProblem(*options.output);
+    if (!problem.empty())
+        return std::nullopt;
     return options;
-}
-
-bool readable(const std::string& file) {
-    if (std::ifstream(file))
-        return true;
-    std::cerr << "vellum-cli apply: cannot open '" << file << "'\n";
-    return false;
 }
 
 void printEvent(int event, DirectedGraph*, const GraphMorphism*) {
@@ -97,7 +94,7 @@ int runApply(const Arguments& arguments) {
     const std::optional<ApplyOptions> options = parseOptions(arguments, problem);
     if (!options)
         return usage(problem);
-    if (!readable(options->ruleFile) || !readable(options->graphFile))
+    if (!openInput(options->ruleFile, "apply") || !openInput(options->graphFile, "apply"))
         return kExitFailed;
     const std::unique_ptr<DirectedGraphRule> rule = loadRule(options->ruleFile);
     DirectedGraph host;

@@ -1,5 +1,7 @@
 #include "tools/cli/Commands.h"
 
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 
 namespace vellum::cli {
@@ -22,6 +24,37 @@ int usageError(const Command& command, const std::string& problem) {
         std::cerr << "vellum-cli " << command.name << ": " << problem << "\n";
     std::cerr << "usage: vellum-cli " << command.name << " " << command.usage << "\n";
     return kExitUsage;
+}
+
+std::string outputFileProblem(const std::string& file) {
+    namespace fs = std::filesystem;
+    if (file.empty())
+        return "the output file name (-o) is empty";
+    std::error_code error;
+    if (fs::is_directory(file, error))
+        return "the output file '" + file + "' is a folder";
+    const fs::path folder = fs::path(file).parent_path();
+    if (folder.empty())
+        return {};
+    const fs::file_status status = fs::status(folder, error);
+    if (status.type() == fs::file_type::not_found)
+        return "the folder of the output file '" + file + "' does not exist";
+    // A folder that cannot be examined is left to the save, which reports what it meets.
+    if (!error && !fs::is_directory(status))
+        return "the folder of the output file '" + file + "' is not a folder";
+    return {};
+}
+
+bool openInput(const std::string& file, std::string_view command) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    const bool special =
+        fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status);
+    if (!special && std::ifstream(file))
+        return true;
+    std::cerr << "vellum-cli " << command << ": cannot open '" << file << "'\n";
+    return false;
 }
 
 }  // namespace vellum::cli

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vellum {
@@ -25,6 +26,16 @@ const std::vector<Command>& commands();
 
 // Writes "usage: vellum-cli NAME USAGE" to standard error and returns 2.
 int usageError(const Command& command, const std::string& problem = {});
+
+// What is wrong with `file` as the file a command is to write (-o): empty when nothing is, else
+// the problem for usageError. Checked before the work, so that a run does not end unsaved: the
+// name must not be empty nor an existing folder, and its folder must exist as a folder.
+std::string outputFileProblem(const std::string& file);
+
+// True when `file` can be read; else writes "vellum-cli COMMAND: cannot open 'FILE'" to
+// standard error. A named pipe, device or socket is refused unopened: opening a pipe waits for a
+// writer, and a device may never end.
+bool openInput(const std::string& file, std::string_view command);
 
 // `eval EXPR [NAME=VALUE ...]`: evaluates an expression with the given bindings.
 int runEval(const Arguments& arguments);

@@ -60,10 +60,8 @@ int runConvert(const Arguments& arguments) {
     for (const Conversion& conversion : kConversions) {
         if (!endsWith(in, conversion.from) || !endsWith(out, conversion.to))
             continue;
-        if (!std::ifstream(in)) {
-            std::cerr << "vellum-cli convert: cannot open '" << in << "'\n";
+        if (!openInput(in, "convert"))
             return kExitFailed;
-        }
         const bool done = conversion.run(in, out);
         std::cout.flush();
         return done ? kExitOk : kExitFailed;

@@ -48,10 +48,8 @@ bool writeGraph(const DirectedGraph& graph, const std::string& out) {
 }
 
 int layoutFile(const std::string& name, const std::string& in, const std::string& out) {
-    if (!std::ifstream(in)) {
-        std::cerr << "vellum-cli layout: cannot open '" << in << "'\n";
+    if (!openInput(in, "layout"))
         return kExitFailed;
-    }
     DirectedGraph graph;
     if (!loadGraph(in, graph))
         return kExitFailed;
@@ -76,8 +74,11 @@ int runLayout(const Arguments& arguments) {
     }
     if (arguments.size() == 2)
         return layoutFile(arguments[0], arguments[1], {});
-    if (arguments.size() == 4 && arguments[2] == "-o")
-        return layoutFile(arguments[0], arguments[1], arguments[3]);
+    if (arguments.size() == 4 && arguments[2] == "-o") {
+        const std::string problem = outputFileProblem(arguments[3]);
+        return problem.empty() ? layoutFile(arguments[0], arguments[1], arguments[3])
+                               : usage(problem);
+    }
     return usage("expected a layout name and a graph file, or --list");
 }
 

@@ -51,13 +51,6 @@ void printOccurrence(const GraphMorphism& occurrence,
     std::cout << line << "\n";
 }
 
-bool readable(const std::string& file) {
-    if (std::ifstream(file))
-        return true;
-    std::cerr << "vellum-cli match: cannot open '" << file << "'\n";
-    return false;
-}
-
 }  // namespace
 
 int runMatch(const Arguments& arguments) {
@@ -65,7 +58,7 @@ int runMatch(const Arguments& arguments) {
         return usage("expected a rule file and a graph file");
     const std::string& ruleFile = arguments[0];
     const std::string& graphFile = arguments[1];
-    if (!readable(ruleFile) || !readable(graphFile))
+    if (!openInput(ruleFile, "match") || !openInput(graphFile, "match"))
         return kExitFailed;
     const std::unique_ptr<DirectedGraphRule> rule = loadRule(ruleFile);
     DirectedGraph host;

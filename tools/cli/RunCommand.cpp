@@ -133,6 +133,10 @@ std::optional<RunOptions> parseOptions(const Arguments& arguments, std::string& 
         problem = "expected a module, a transformation unit and a graph file";
         return std::nullopt;
     }
+    if (options.output)
+        problem = outputFileProblem(*options.output);
+    if (!problem.empty())
+        return std::nullopt;
     return options;
 }
 
@@ -147,10 +151,8 @@ bool isModuleFile(const std::string& argument) {
 const koralModule* loadModuleArgument(const std::string& argument,
                                       std::optional<ModuleFolderSearch>& search) {
     if (isModuleFile(argument)) {
-        if (!std::ifstream(argument)) {
-            std::cerr << "vellum-cli run: cannot open '" << argument << "'\n";
+        if (!openInput(argument, "run"))
             return nullptr;
-        }
         search.emplace(argument);
         const koralModule* module = search->load();
         if (module == nullptr)
@@ -253,10 +255,8 @@ int runRun(const Arguments& arguments) {
         return kExitUsage;
     }
     DirectedGraph graph;
-    if (!std::ifstream(options->graphFile)) {
-        std::cerr << "vellum-cli run: cannot open '" << options->graphFile << "'\n";
+    if (!openInput(options->graphFile, "run"))
         return kExitUsage;
-    }
     if (!loadGraph(options->graphFile, graph)) {
         std::cout.flush();
         return kExitUsage;
