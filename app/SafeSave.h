@@ -1,6 +1,6 @@
-// Saving a whole text to a file so that a failure never costs the user the file already there:
-// the text goes to a temporary file beside the target, which replaces the target only once it
-// is completely written.
+// Saving a whole text to a file so that a failure never costs the user the file already there,
+// through ReplacingFile: the text goes to a temporary file beside the target, which replaces the
+// target only once it is completely written and synced.
 #pragma once
 
 #include <string>

@@ -3,11 +3,11 @@
 #include <charconv>
 
 #include "grammar/Console.h"
+#include "grammar/ReplacingFile.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GlobMatch.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RealAttribute.h"
-#include "graph/ReplacingFile.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
 

@@ -1,10 +1,10 @@
 #include "graph/RuleWriter.h"
 
 #include "grammar/Console.h"
+#include "grammar/ReplacingFile.h"
 #include "graph/AttributeExpression.h"
 #include "graph/GlobMatch.h"
 #include "graph/GraphWriter.h"
-#include "graph/ReplacingFile.h"
 #include "graph/RuleObjectData.h"
 
 namespace vellum {

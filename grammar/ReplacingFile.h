@@ -1,6 +1,6 @@
 // Writing a file so that a failure never costs the old one: the text goes to a temporary file
 // beside the target, which replaces the target (by rename) only once everything was written
-// and closed without error. The writers of graphs and rules save through it.
+// and closed without error. The writers of graphs and rules and the console's save use it.
 #pragma once
 
 #include <fstream>
@@ -28,13 +28,18 @@ class ReplacingFile {
     // file it replaces and renames it over the target. False when any of that failed; the target is
     // then as it was.
     bool commit();
+    // Why open() or commit() failed, in the system's words; empty while nothing failed.
+    const std::string& failure() const { return failure_; }
 
   private:
+    bool fail(const char* reason = nullptr);
+
     std::string target_;
     std::string temporary_;  // empty until open() created it
     std::vector<char> buffer_;
     std::ofstream stream_;
     bool committed_ = false;
+    std::string failure_;
 };
 
 }  // namespace vellum

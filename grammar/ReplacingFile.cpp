@@ -1,4 +1,4 @@
-#include "graph/ReplacingFile.h"
+#include "grammar/ReplacingFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <locale>
 #include <random>
@@ -81,32 +82,41 @@ ReplacingFile::~ReplacingFile() {
         std::remove(temporary_.c_str());
 }
 
+bool ReplacingFile::fail(const char* reason) {
+    failure_ = reason != nullptr ? reason : std::strerror(errno);
+    return false;
+}
+
 bool ReplacingFile::open() {
     if (!mayReplace(target_))
-        return false;
+        return fail("not a regular file");
     temporary_ = createTemporaryBeside(target_);
     if (temporary_.empty())
-        return false;
+        return fail();
     buffer_.resize(kBufferSize);
     stream_.rdbuf()->pubsetbuf(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
     stream_.open(temporary_, std::ios::out | std::ios::trunc);
     stream_.imbue(std::locale::classic());
-    return stream_.is_open();
+    return stream_.is_open() || fail();
 }
 
 bool ReplacingFile::commit() {
     if (!stream_.is_open())
-        return false;
+        return fail("not open");
     stream_.flush();
     const bool written = stream_.good();
+    if (!written)
+        failure_ = std::strerror(errno);  // the failing write's reason, before close touches it
     stream_.close();
-    if (!written || stream_.fail() || !syncToDisk(temporary_))
+    if (!written)
         return false;
+    if (stream_.fail() || !syncToDisk(temporary_))
+        return fail();
     struct stat existing {};
     if (::stat(target_.c_str(), &existing) == 0)
         ::chmod(temporary_.c_str(), existing.st_mode & 07777);
     if (std::rename(temporary_.c_str(), target_.c_str()) != 0)
-        return false;
+        return fail();
     committed_ = true;
     return true;
 }
