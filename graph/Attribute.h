@@ -12,6 +12,9 @@ namespace vellum {
 // The codes are part of the file formats and of the extension libraries' view of attributes.
 enum class AttributeType : int { Boolean = 0, Integer = 1, Real = 2, String = 3, Vector = 4 };
 
+// The keyword that files write before an attribute of the type ("boolean", "integer", ...).
+const char* attributeKeyword(AttributeType type);
+
 class Attribute {
   public:
     virtual ~Attribute();

@@ -35,22 +35,6 @@ std::optional<std::string> quotedPieces(std::string_view held) {
     return contents;
 }
 
-const char* typeKeyword(AttributeType type) {
-    switch (type) {
-        case AttributeType::Boolean:
-            return "boolean";
-        case AttributeType::Integer:
-            return "integer";
-        case AttributeType::Real:
-            return "real";
-        case AttributeType::String:
-            return "string";
-        case AttributeType::Vector:
-            return "vector";
-    }
-    return "unknown";
-}
-
 // The evaluated attribute, or null after reporting the problem.
 std::unique_ptr<Attribute> evaluated(const TransferItem& item, const Environment& bindings,
                                      const std::string& ruleName) {
@@ -123,7 +107,7 @@ std::unique_ptr<Attribute> attributeFromValue(const Attribute& declared, const V
             break;
     }
     problem = std::string("the expression's value is ") + valueTypeName(value.type()) +
-              ", the attribute is " + typeKeyword(declared.type());
+              ", the attribute is " + attributeKeyword(declared.type());
     return nullptr;
 }
 

@@ -32,22 +32,6 @@ class DefaultRealFormat {
     std::streamsize precision_;
 };
 
-const char* keywordOf(AttributeType type) {
-    switch (type) {
-        case AttributeType::Boolean:
-            return "boolean";
-        case AttributeType::Integer:
-            return "integer";
-        case AttributeType::Real:
-            return "real";
-        case AttributeType::String:
-            return "string";
-        case AttributeType::Vector:
-            return "vector";
-    }
-    return "";
-}
-
 void writeVariable(std::ostream& out, const GraphObject& object) {
     const std::string& variable = variableOf(object);
     if (!variable.empty())
@@ -135,7 +119,8 @@ void RuleWriter::writeAttribute(const Attribute& attribute) {
         GraphWriter::writeAttribute(out_, attribute);
         return;
     }
-    out_ << keywordOf(attribute.type()) << " " << attribute.name() << " = [" << *expression << "]";
+    out_ << attributeKeyword(attribute.type()) << " " << attribute.name() << " = [" << *expression
+         << "]";
 }
 
 bool saveRule(const DirectedGraphRule& rule, const std::string& fileName) {
