@@ -14,12 +14,8 @@ $IDENTIFIER : 1001 = CHARS.
 $LLSTRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
 )TOKENS";
 
-// The tokens, in the order the scanner tries them (a keyword before the identifier, so that
-// "vertexA" is read as the keyword and the identifier "A").
-inline constexpr auto kGraphTokens = joinText(R"TOKENS(
-$COMMENT : 0 = "%" {"$CHAR$"}.
-$LGRAPH : 1 = "directed graph".
-$LVERTEX : 2 = "vertex".
+// The keywords of vertices and attributes, the same codes in graph and rule files.
+inline constexpr char kGraphObjectTokens[] = R"TOKENS($LVERTEX : 2 = "vertex".
 $LBOOLEAN : 3 = "boolean".
 $LTRUE : 4 = "true".
 $LFALSE : 5 = "false".
@@ -27,7 +23,15 @@ $LINTEGER : 6 = "integer".
 $LREAL : 7 = "real".
 $LSTRING : 8 = "string".
 $LVECTOR : 9 = "vector".
-$LEDGE : 12 = "edge".
+)TOKENS";
+
+// The tokens, in the order the scanner tries them (a keyword before the identifier, so that
+// "vertexA" is read as the keyword and the identifier "A").
+inline constexpr auto kGraphTokens = joinText(R"TOKENS(
+$COMMENT : 0 = "%" {"$CHAR$"}.
+$LGRAPH : 1 = "directed graph".
+)TOKENS",
+                                              kGraphObjectTokens, R"TOKENS($LEDGE : 12 = "edge".
 $LARROW : 13 = "\->".
 $LLABEL : 14 = "label".
 )TOKENS",

@@ -20,15 +20,8 @@ namespace {
 constexpr auto kRuleTokens = joinText(R"TOKENS(
 $COMMENT : 0 = "%" {"$CHAR$"}.
 $LGRAPHRULE : 16 = "directed graphrule".
-$LVERTEX : 2 = "vertex".
-$LBOOLEAN : 3 = "boolean".
-$LTRUE : 4 = "true".
-$LFALSE : 5 = "false".
-$LINTEGER : 6 = "integer".
-$LREAL : 7 = "real".
-$LSTRING : 8 = "string".
-$LVECTOR : 9 = "vector".
-$LINPUT : 10 = "input".
+)TOKENS",
+                                      kGraphObjectTokens, R"TOKENS($LINPUT : 10 = "input".
 $LOUTPUT : 11 = "output".
 $LEDGE : 12 = "edge".
 $LARROW : 13 = "\->".
