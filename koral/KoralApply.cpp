@@ -1,5 +1,6 @@
 #include "koral/KoralApply.h"
 
+#include "graph/ElementPositions.h"
 #include "graph/RuleApplication.h"
 #include "koral/KoralException.h"
 #include "koral/KoralRun.h"
@@ -45,6 +46,7 @@ class ApplyEvaluation {
     std::vector<signed char> enabled_;  // 1 enabled, 0 set aside; one per alternative
     RuleCallback callback_;             // empty when nobody listens
     KoralStatistics::Clock::time_point chosenAt_{};
+    std::vector<std::size_t> chosenVertices_;  // of the last occurrence chosen, when traced
 };
 
 ApplyEvaluation::ApplyEvaluation(const koralApply& apply, DirectedGraph& graph,
@@ -56,7 +58,7 @@ ApplyEvaluation::ApplyEvaluation(const koralApply& apply, DirectedGraph& graph,
       run_(run),
       statistics_(run.statistics()),
       enabled_(apply.alternatives().size(), 1) {
-    if (frame_ != nullptr || statistics_ != nullptr) {
+    if (frame_ != nullptr || statistics_ != nullptr || run_.tracesAttempts()) {
         callback_ = [this](int event, DirectedGraph*, const GraphMorphism* occurrence) {
             onEvent(event, occurrence);
         };
@@ -132,6 +134,7 @@ Attempt ApplyEvaluation::attemptRule(const SharedRule& rule,
     const auto start = statistics_ != nullptr ? KoralStatistics::Clock::now()
                                               : KoralStatistics::Clock::time_point{};
     chosenAt_ = {};
+    chosenVertices_.clear();
     const std::optional<int> result =
         rule.apply(graph_, kModeRuleMatch, callback_, run_.abortFlag());
     if (!result)
@@ -142,7 +145,9 @@ Attempt ApplyEvaluation::attemptRule(const SharedRule& rule,
         statistics_->addAttempt(alternative.name(), *result == kApplyApplied, chosen - start,
                                 end - chosen);
     }
-    return interpret(*result, alternative.name());
+    const Attempt outcome = interpret(*result, alternative.name());
+    run_.attempted({unit_, alternative.name(), outcome == Attempt::Applied, chosenVertices_});
+    return outcome;
 }
 
 Attempt ApplyEvaluation::interpret(int result, const std::string& name) const {
@@ -181,6 +186,8 @@ Attempt ApplyEvaluation::attemptUnit(const koralUnit& unit,
 void ApplyEvaluation::onEvent(int event, const GraphMorphism* occurrence) {
     if (event == kEventOccurrenceChosen && statistics_ != nullptr)
         chosenAt_ = KoralStatistics::Clock::now();
+    if (event == kEventOccurrenceChosen && run_.tracesAttempts())
+        chosenVertices_ = ElementPositions(graph_).vertexImages(*occurrence);
     if (frame_ == nullptr)
         return;
     const void* pointer = event == kEventOccurrenceChosen ? static_cast<const void*>(occurrence)

@@ -54,6 +54,10 @@ bool koralCPU::start(const koralUnit* unit, DirectedGraph* graph, KoralFrame* fr
     frame_ = frame;
     abort_.store(0);
     statistics_.clear();
+    {
+        std::lock_guard<std::mutex> lock(failuresMutex_);
+        conditionFailures_.clear();
+    }
     outcome_.store(Outcome::None);
     // Raised before the worker exists, so that a very short run cannot clear it first.
     running_.store(1);
@@ -81,9 +85,18 @@ void koralCPU::run() {
     console() << "RUNNING '" << unit_->name() << "'...\n";
     const long long start = millisecondsNow();
     KoralRandom random(seed_);
-    KoralRun run(abort_, random, trace_ ? &trace_ : nullptr,
-                 collectStatistics_ ? &statistics_ : nullptr);
+    std::vector<KoralConditionFailure> failures;
+    KoralRun::Listeners listeners;
+    listeners.trace = trace_ ? &trace_ : nullptr;
+    listeners.attempts = attempts_ ? &attempts_ : nullptr;
+    listeners.statistics = collectStatistics_ ? &statistics_ : nullptr;
+    listeners.conditionFailures = &failures;
+    KoralRun run(abort_, random, listeners);
     Outcome outcome = evaluateUnit(run);
+    {
+        std::lock_guard<std::mutex> lock(failuresMutex_);
+        conditionFailures_ = std::move(failures);
+    }
     const long long end = millisecondsNow();
     if (abort_.load() == 1) {
         console() << "Program aborted by user\n";
@@ -118,6 +131,11 @@ koralCPU::Outcome koralCPU::evaluateUnit(KoralRun& run) {
         console() << "caugh't: an unknown exception\n";
     }
     return Outcome::Exception;
+}
+
+std::vector<KoralConditionFailure> koralCPU::conditionFailures() const {
+    std::lock_guard<std::mutex> lock(failuresMutex_);
+    return conditionFailures_;
 }
 
 void koralCPU::finish(Outcome outcome) {

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "koral/KoralRun.h"
 #include "koral/KoralStatistics.h"
@@ -55,9 +56,14 @@ class koralCPU {
     void setSeed(std::optional<std::uint32_t> seed) { seed_ = seed; }
     // Called on the worker at the start of every statement.
     void setTraceHook(KoralRun::TraceHook hook) { trace_ = std::move(hook); }
+    // Called on the worker after every try of a rule alternative; costs nothing when unset.
+    void setAttemptHook(KoralRun::AttemptHook hook) { attempts_ = std::move(hook); }
     void setCollectStatistics(bool on) { collectStatistics_ = on; }
     // The figures of the last run (empty unless collected); read them once it has ended.
     const KoralStatistics& statistics() const { return statistics_; }
+    // The conditions of the last run that could not be evaluated (each once, in the order met).
+    // The interpreter took them as false and went on, so the run may still have ended normally.
+    std::vector<KoralConditionFailure> conditionFailures() const;
 
   private:
     void run();
@@ -73,8 +79,11 @@ class koralCPU {
     KoralFrame* frame_ = nullptr;
     std::optional<std::uint32_t> seed_;
     KoralRun::TraceHook trace_;
+    KoralRun::AttemptHook attempts_;
     bool collectStatistics_ = false;
     KoralStatistics statistics_;  // written by the worker during a run
+    mutable std::mutex failuresMutex_;
+    std::vector<KoralConditionFailure> conditionFailures_;  // guarded by failuresMutex_
     std::mutex idleMutex_;
     std::condition_variable idle_;  // signalled when running_ drops to 0
     std::thread worker_;

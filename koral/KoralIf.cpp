@@ -13,7 +13,7 @@ void koralIf::evaluate(DirectedGraph& graph, const koralUnit& unit, KoralFrame* 
                        KoralRun& run) const {
     const auto nesting = run.enter(unit);
     run.trace(position(), frame);
-    const bool holds = run.holds(*condition_, graph);
+    const bool holds = run.holds(*condition_, graph, unit);
     if (run.aborted())
         return;
     if (!holds) {

@@ -25,7 +25,7 @@ void koralUnit::evaluate(DirectedGraph& graph, KoralFrame* frame, KoralRun& run)
     run.trace(position_, frame);
     if (initial_ != nullptr) {
         run.trace(initialPosition_, frame);
-        if (!run.holds(*initial_, graph)) {
+        if (!run.holds(*initial_, graph, *this)) {
             if (run.aborted())
                 return;
             throw koralInitialConditionViolated(this, name_);
@@ -35,7 +35,7 @@ void koralUnit::evaluate(DirectedGraph& graph, KoralFrame* frame, KoralRun& run)
     if (run.aborted() || terminal_ == nullptr)
         return;
     run.trace(terminalPosition_, frame);
-    if (!run.holds(*terminal_, graph) && !run.aborted())
+    if (!run.holds(*terminal_, graph, *this) && !run.aborted())
         throw koralTerminalConditionViolated(this, name_);
 }
 

@@ -11,7 +11,7 @@ void koralWhile::evaluate(DirectedGraph& graph, const koralUnit& unit, KoralFram
                           KoralRun& run) const {
     const auto nesting = run.enter(unit);
     run.trace(position(), frame);
-    while (!run.aborted() && run.holds(*condition_, graph))
+    while (!run.aborted() && run.holds(*condition_, graph, unit))
         evaluateStatements(body_, graph, unit, frame, run);
 }
 

@@ -88,6 +88,16 @@ const koralModule* ModuleCache::compile(const std::string& name, const std::stri
     return slot.get();
 }
 
+std::vector<std::string> ModuleCache::files() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    std::vector<std::string> files;
+    for (const auto& [name, module] : modules_)
+        files.push_back(module->file());
+    for (const auto& module : replaced_)
+        files.push_back(module->file());
+    return files;
+}
+
 void ModuleCache::clear() {
     std::lock_guard<std::mutex> lock(mutex_);
     modules_.clear();

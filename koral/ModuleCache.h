@@ -36,6 +36,10 @@ class ModuleCache {
     // Drops every module: every module and unit handed out becomes invalid.
     void clear();
 
+    // The files of the modules loaded, as they were found (for a tool that must not write over
+    // what it read).
+    std::vector<std::string> files();
+
     // "a.b" gives "a/b.mod".
     static std::string fileName(const std::string& name);
 

@@ -44,14 +44,22 @@ const SharedRule* RuleCache::find(const std::string& name, const std::string& gr
     std::lock_guard<std::mutex> lock(mutex_);
     // Another thread may have loaded the same rule meanwhile: the first one stays.
     auto& slot = rules_[key];
-    if (slot == nullptr)
+    if (slot == nullptr) {
         slot = std::move(loaded);
+        files_.push_back(path);
+    }
     return slot.get();
 }
 
 void RuleCache::clear() {
     std::lock_guard<std::mutex> lock(mutex_);
     rules_.clear();
+    files_.clear();
+}
+
+std::vector<std::string> RuleCache::files() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return files_;
 }
 
 const DirectedGraphRule* findRule(const std::string& name, const std::string& graphClass) {

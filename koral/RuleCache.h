@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "koral/SharedRule.h"
 
@@ -28,12 +29,16 @@ class RuleCache {
     // Drops every rule: every SharedRule handed out becomes invalid.
     void clear();
 
+    // The files the rules were read from (for a tool that must not write over what it read).
+    std::vector<std::string> files();
+
     // The file name searched for: "a.b" of class C gives "a/b." + value of "CEXTRULE".
     static std::string fileName(const std::string& name, const std::string& graphClass);
 
   private:
     std::mutex mutex_;  // guards the map; rules are loaded outside it
     std::map<std::pair<std::string, std::string>, std::unique_ptr<SharedRule>> rules_;
+    std::vector<std::string> files_;  // of the rules in rules_
 };
 
 // The rule of that name and graph class (RuleCache::find), or null.

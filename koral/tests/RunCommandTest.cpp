@@ -8,10 +8,12 @@
 
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
 
+#include "CliRun.h"
 #include "KoralRunTestSupport.h"
 #include "graph/GraphReader.h"
 
@@ -70,10 +72,12 @@ end.
 const std::string kBanner =
     "== Koral Interpreter v3 r2 ==\nCopyright (c) 2026 the Vellum developers\n\n";
 
-// The CLI started with its standard output in a file, standard error dropped.
+// The CLI started with its standard output and standard error in files (error dropped when no
+// file is named).
 class CliProcess {
   public:
-    CliProcess(const std::vector<std::string>& arguments, const std::string& outputFile) {
+    CliProcess(const std::vector<std::string>& arguments, const std::string& outputFile,
+               const std::string& errorFile = "/dev/null") {
         std::vector<std::string> words = {VELLUM_CLI_PATH};
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char*> argv;
@@ -84,7 +88,8 @@ class CliProcess {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(),
                                          O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, 2, errorFile.c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0644);
         if (posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ) != 0)
             pid_ = -1;
         posix_spawn_file_actions_destroy(&actions);
@@ -141,12 +146,14 @@ class RunCommand : public ::testing::Test {
     struct Result {
         std::string out;
         int status;
+        std::string error;
     };
     Result cli(const std::vector<std::string>& arguments) {
         const std::string out = folder_.path("stdout.txt");
-        CliProcess process(arguments, out);
+        const std::string error = folder_.path("stderr.txt");
+        CliProcess process(arguments, out, error);
         const int status = process.wait();
-        return {withoutTime(contents(out)), status};
+        return {withoutTime(contents(out)), status, withoutTime(contents(error))};
     }
 
     TempFolder folder_;
@@ -177,10 +184,15 @@ TEST_F(RunCommand, TracesStatementsAndReportsFigures) {
     const Result result = cli({"run", module_, "main", folder_.path("start.dg"), "--quiet",
                                "--trace", "--stats", "--seed", "5"});
     EXPECT_EQ(result.status, 0);
+    // Each try of the rule says whether it applied, and where: the left-hand vertex matched
+    // the first 'a' left, by its position in the graph (as `match` numbers it).
     const std::string trace =
         "RUNNING 'main'...\n"
         "TRACE UNIT line 5\nTRACE INITIAL line 6\nTRACE APPLY line 7\n"
-        "TRACE aToB line 7\nTRACE aToB line 7\nTRACE aToB line 7\nTRACE aToB line 7\n"
+        "TRACE aToB line 7\nTRACE unit 'main' rule 'aToB' applied at vertices 1\n"
+        "TRACE aToB line 7\nTRACE unit 'main' rule 'aToB' applied at vertices 2\n"
+        "TRACE aToB line 7\nTRACE unit 'main' rule 'aToB' applied at vertices 3\n"
+        "TRACE aToB line 7\nTRACE unit 'main' rule 'aToB' not applied\n"
         "TRACE CALL line 7\n"
         "graphstats: 3 vertices, 0 edges\n  vertices 'b': 3\n"
         "TRACE TERMINAL line 8\n"
@@ -243,6 +255,130 @@ TEST_F(RunCommand, CtrlCStopsTheRunWhichStillEndsAndSaves) {
     const auto graph = loadGraph(saved);
     ASSERT_NE(graph, nullptr);
     EXPECT_EQ(graph->vertexCount("a"), 3u);
+}
+
+// A condition that cannot be evaluated is false to the interpreter, which goes on; the tool
+// then names it on standard error, once however often it failed, and exits with 1.
+TEST_F(RunCommand, ConditionsThatCannotBeEvaluatedFailTheRun) {
+    const std::string module = folder_.write("faulty.mod", R"(module faulty
+graph class : DirectedGraph
+exports transformation unit loop
+realized by
+transformation unit loop
+initial :
+body : while (applicable.aToB && vertices.a > 2.5) do apply once aToB end
+terminal :
+end;
+transformation unit checked
+initial :
+body : if (vertices) then apply once noop end
+terminal :
+end;
+transformation unit branch
+initial :
+body : apply 3 times checked
+terminal :
+end
+end.
+)");
+    const char* kMismatch = "exprException 2 (operands of different types)";
+    const struct {
+        const char* unit;
+        std::string error;
+    } rows[] = {
+        {"loop",
+         "vellum-cli run: condition 'applicable.aToB && vertices.a > 2.5' of unit "
+         "'loop' failed: " +
+             std::string(kMismatch) + "\n"},
+        {"branch",
+         "vellum-cli run: condition 'vertices' of unit 'checked' failed: the value is "
+         "integer, not boolean\n"},
+    };
+    for (const auto& row : rows) {
+        const Result result = cli({"run", module, row.unit, folder_.path("start.dg"), "--quiet"});
+        EXPECT_EQ(result.status, 1) << row.unit;
+        EXPECT_EQ(result.error, row.error) << row.unit;
+        EXPECT_NE(result.out.find("READY"), std::string::npos) << row.unit;
+    }
+}
+
+// -o naming a file the run read: a run that ends normally writes over it, one that does not
+// leaves it as it was and writes its graph beside it.
+TEST_F(RunCommand, UnfinishedRunsDoNotWriteOverTheirInput) {
+    const std::string graph = contents(folder_.path("start.dg"));
+    const std::string rule = contents(folder_.path("aToB.drl"));
+    const struct {
+        const char* unit;
+        std::string output;   // as given to -o
+        std::string partial;  // where the graph goes instead; empty: to the output itself
+        int status;
+    } rows[] = {
+        {"strict", folder_.path("start.dg"), folder_.path("start.partial.dg"), 1},
+        {"strict", folder_.path(".") + "/start.dg", folder_.path(".") + "/start.partial.dg", 1},
+        {"strict", folder_.path("aToB.drl"), folder_.path("aToB.partial.drl"), 1},
+        {"main", folder_.path("start.dg"), "", 0},
+    };
+    for (const auto& row : rows) {
+        folder_.write("start.dg", graph);
+        std::filesystem::remove(folder_.path("start.partial.dg"));
+        const Result result =
+            cli({"run", module_, row.unit, folder_.path("start.dg"), "--quiet", "-o", row.output});
+        EXPECT_EQ(result.status, row.status) << row.output;
+        EXPECT_EQ(contents(folder_.path("aToB.drl")), rule);
+        const std::string written = row.partial.empty() ? row.output : row.partial;
+        if (!row.partial.empty()) {
+            EXPECT_EQ(contents(row.output),
+                      row.output.find("aToB") != std::string::npos ? rule : graph);
+            EXPECT_NE(result.error.find("'" + row.partial + "'"), std::string::npos)
+                << result.error;
+        }
+        const auto saved = loadGraph(written);
+        ASSERT_NE(saved, nullptr) << written;
+        EXPECT_EQ(saved->vertexCount("b"), 3u) << written;
+    }
+}
+
+TEST_F(RunCommand, CtrlCDoesNotWriteOverTheInput) {
+    const std::string input = folder_.path("start.dg");
+    const std::string graph = contents(input);
+    const std::string out = folder_.path("stdout.txt");
+    CliProcess process({"run", module_, "forever", input, "--quiet", "-o", input}, out);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (contents(out).find("RUNNING") == std::string::npos &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    process.interrupt();
+    EXPECT_EQ(process.wait(), 130);
+    EXPECT_EQ(contents(input), graph);
+    EXPECT_NE(loadGraph(folder_.path("start.partial.dg")), nullptr);
+}
+
+// -o -: the graph alone on standard output, the console log on standard error.
+TEST_F(RunCommand, WritesTheGraphToStandardOutput) {
+    const Result result = cli({"run", module_, "main", folder_.path("start.dg"), "-o", "-"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.error, kBanner +
+                                "RUNNING 'main'...\n"
+                                "graphstats: 3 vertices, 0 edges\n"
+                                "  vertices 'b': 3\n"
+                                "READY 'main'...T seconds.\n");
+    const auto graph = loadGraph(folder_.write("piped.dg", result.out));
+    ASSERT_NE(graph, nullptr) << result.out;
+    EXPECT_EQ(graph->vertexCount("b"), 3u);
+}
+
+// Every command answers --help (or -h, anywhere) with its usage on standard output.
+TEST(CommandHelp, EveryCommandPrintsItsUsage) {
+    for (const char* name : {"eval", "check", "convert", "match", "apply", "layout", "run"}) {
+        for (const std::vector<std::string>& arguments :
+             {std::vector<std::string>{name, "--help"}, {name, "x", "-h"}}) {
+            const test::CliRun run = test::cli(arguments);
+            EXPECT_EQ(run.status, 0) << name << " " << arguments.back();
+            EXPECT_EQ(run.out.rfind(std::string("usage: vellum-cli ") + name + " ", 0), 0u)
+                << run.out;
+        }
+    }
 }
 
 TEST_F(RunCommand, ChecksModuleFiles) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <string_view>
 
 #include "grammar/Console.h"
 #include "graph/PreparedRule.h"
@@ -20,6 +21,15 @@ bool isAborted(const std::atomic<int>& abortFlag) {
     return abortFlag.load() == 1;
 }
 
+// The exception's own short text without its "exprException: " prefix.
+std::string meaningOf(const exprException& error) {
+    constexpr std::string_view kPrefix = "exprException: ";
+    std::string_view text = error.what();
+    if (text.substr(0, kPrefix.size()) == kPrefix)
+        text.remove_prefix(kPrefix.size());
+    return std::string(text);
+}
+
 }  // namespace
 
 GraphCondition::GraphCondition(std::string text, std::unique_ptr<Expression> expression,
@@ -31,6 +41,12 @@ GraphCondition::GraphCondition(std::string text, std::unique_ptr<Expression> exp
       rules_(std::move(rules)) {}
 
 int GraphCondition::evaluate(DirectedGraph& graph, const std::atomic<int>& abortFlag) {
+    KoralConditionFailure unheard;
+    return evaluateReporting(graph, abortFlag, unheard);
+}
+
+int GraphCondition::evaluateReporting(DirectedGraph& graph, const std::atomic<int>& abortFlag,
+                                      KoralConditionFailure& failure) {
     std::lock_guard<std::mutex> lock(mutex_);
     Environment environment;
     if (!bind(graph, abortFlag, environment))
@@ -38,13 +54,14 @@ int GraphCondition::evaluate(DirectedGraph& graph, const std::atomic<int>& abort
     try {
         const std::unique_ptr<Value> value = expression_->evaluate(environment);
         if (value == nullptr)
-            return fail("no value");
+            return fail("no value", {}, failure);
         if (!value->is(ValueType::Boolean))
-            return fail(std::string("the value is ") + valueTypeName(value->type()) +
-                        ", not boolean");
+            return fail(
+                std::string("the value is ") + valueTypeName(value->type()) + ", not boolean", {},
+                failure);
         return value->asBoolean() ? 1 : 0;
     } catch (const exprException& error) {
-        return fail("exprException " + std::to_string(error.code()));
+        return fail("exprException " + std::to_string(error.code()), meaningOf(error), failure);
     }
 }
 
@@ -86,8 +103,12 @@ bool GraphCondition::isApplicable(const DirectedGraphRule& rule, DirectedGraph& 
     return rule.match(graph, occurrence, 1);
 }
 
-int GraphCondition::fail(const std::string& problem) const {
+int GraphCondition::fail(std::string problem, std::string meaning,
+                         KoralConditionFailure& failure) const {
     console() << "Condition '" << text_ << "' failed: " << problem << "\n";
+    failure.condition = text_;
+    failure.problem = std::move(problem);
+    failure.meaning = std::move(meaning);
     return 0;
 }
 

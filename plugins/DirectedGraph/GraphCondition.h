@@ -37,6 +37,9 @@ class GraphCondition final : public KoralCondition {
     // boolean, which the console reports as "Condition 'TEXT' failed: ...". Evaluations of one
     // condition from several threads take turns.
     int evaluate(DirectedGraph& graph, const std::atomic<int>& abortFlag) override;
+    // The same, and says in `failure` why the condition could not be evaluated.
+    int evaluateReporting(DirectedGraph& graph, const std::atomic<int>& abortFlag,
+                          KoralConditionFailure& failure) override;
 
     const std::string& text() const { return text_; }
 
@@ -46,7 +49,7 @@ class GraphCondition final : public KoralCondition {
               Environment& environment) const;
     static Value valueOf(const Binding& binding, DirectedGraph& graph);
     static bool isApplicable(const DirectedGraphRule& rule, DirectedGraph& graph);
-    int fail(const std::string& problem) const;
+    int fail(std::string problem, std::string meaning, KoralConditionFailure& failure) const;
 
     std::string text_;  // as the module wrote it, for messages
     std::unique_ptr<Expression> expression_;

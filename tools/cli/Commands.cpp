@@ -8,15 +8,41 @@ namespace vellum::cli {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> table = {
-        {"eval", "EXPR [NAME=VALUE ...]", runEval},
-        {"check", "FILE...", runCheck},
-        {"convert", "IN OUT", runConvert},
-        {"match", "RULE GRAPH", runMatch},
-        {"apply", "RULE GRAPH [--mode 0|1|2] [-o OUT]", runApply},
-        {"layout", "NAME GRAPH [-o OUT] | --list", runLayout},
-        {"run", "MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]", runRun},
+        {"eval", "EXPR [NAME=VALUE ...]",
+         "Evaluates an expression with the given bindings and prints its type and value.", runEval},
+        {"check", "FILE...",
+         "Reads graph (.dg), rule (.drl) and module (.mod) files and reports what it read.",
+         runCheck},
+        {"convert", "IN OUT", "Reads a graph or rule file and writes it in the standard layout.",
+         runConvert},
+        {"match", "RULE GRAPH",
+         "Lists every occurrence of the rule's left-hand side in the graph, by the positions of "
+         "the host vertices and edges.",
+         runMatch},
+        {"apply", "RULE GRAPH [--mode 0|1|2] [-o OUT]",
+         "Applies the rule once and reports its events and result.", runApply},
+        {"layout", "NAME GRAPH [-o OUT] | --list",
+         "Places the vertices with a layout plug-in; --list lists the layouts.", runLayout},
+        {"run", "MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet]",
+         "Runs a transformation unit of a Koral module on the graph; -o - writes the graph to "
+         "standard output and the console log to standard error.",
+         runRun},
     };
     return table;
+}
+
+bool asksForHelp(const Arguments& arguments) {
+    for (const std::string& argument : arguments) {
+        if (argument == "--help" || argument == "-h")
+            return true;
+    }
+    return false;
+}
+
+int printHelp(const Command& command) {
+    std::cout << "usage: vellum-cli " << command.name << " " << command.usage << "\n"
+              << command.description << "\n";
+    return kExitOk;
 }
 
 int usageError(const Command& command, const std::string& problem) {

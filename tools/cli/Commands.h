@@ -17,12 +17,19 @@ using Arguments = std::vector<std::string>;
 
 struct Command {
     const char* name;
-    const char* usage;  // the arguments, as shown by `vellum-cli --help`
+    const char* usage;        // the arguments, as shown by `vellum-cli --help`
+    const char* description;  // one sentence, shown by `vellum-cli NAME --help`
     int (*run)(const Arguments& arguments);
 };
 
 // Every subcommand, in the order the help lists them.
 const std::vector<Command>& commands();
+
+// True when the arguments ask for help: "--help" or "-h" anywhere among them. The expression
+// `-h` is therefore written `(-h)` to eval.
+bool asksForHelp(const Arguments& arguments);
+// Writes "usage: vellum-cli NAME USAGE" and the description to standard output; returns 0.
+int printHelp(const Command& command);
 
 // Writes "usage: vellum-cli NAME USAGE" to standard error and returns 2.
 int usageError(const Command& command, const std::string& problem = {});

@@ -7,8 +7,8 @@
 #include <iostream>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
+#include "graph/ElementPositions.h"
 #include "graph/GraphReader.h"
 #include "graph/Matcher.h"
 #include "graph/PreparedRule.h"
@@ -26,28 +26,16 @@ int usage(const std::string& problem) {
     return kExitUsage;
 }
 
-// 1-based positions of the elements of a list.
-template <typename List>
-std::unordered_map<const GraphObject*, std::size_t> positionsOf(const List& list) {
-    std::unordered_map<const GraphObject*, std::size_t> positions;
-    std::size_t position = 0;
-    for (const auto& element : list)
-        positions.emplace(&element, ++position);
-    return positions;
-}
-
-void printOccurrence(const GraphMorphism& occurrence,
-                     const std::unordered_map<const GraphObject*, std::size_t>& vertices,
-                     const std::unordered_map<const GraphObject*, std::size_t>& edges) {
+void printOccurrence(const GraphMorphism& occurrence, const ElementPositions& positions) {
     std::string line;
-    for (const VertexPair& pair : occurrence.vertexPairs()) {
+    for (std::size_t position : positions.vertexImages(occurrence)) {
         if (!line.empty())
             line += ' ';
-        line += std::to_string(vertices.at(pair.right));
+        line += std::to_string(position);
     }
     line += line.empty() ? "|" : " |";
-    for (const EdgePair& pair : occurrence.edgePairs())
-        line += " " + std::to_string(edges.at(pair.right));
+    for (std::size_t position : positions.edgeImages(occurrence))
+        line += " " + std::to_string(position);
     std::cout << line << "\n";
 }
 
@@ -67,10 +55,9 @@ int runMatch(const Arguments& arguments) {
         return kExitFailed;
     }
     const auto occurrences = rule->prepared().matcher().findAll(host);
-    const auto vertices = positionsOf(host.vertices());
-    const auto edges = positionsOf(host.edges());
+    const ElementPositions positions(host);
     for (const GraphMorphism& occurrence : occurrences)
-        printOccurrence(occurrence, vertices, edges);
+        printOccurrence(occurrence, positions);
     std::cout << occurrences.size() << " occurrences\n";
     std::cout.flush();
     return kExitOk;

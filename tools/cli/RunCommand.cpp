@@ -1,12 +1,15 @@
-// vellum-cli run MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]: runs a
+// vellum-cli run MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet]: runs a
 // transformation unit on a graph with the Koral interpreter and lets its console log through to
-// standard output. MODULE is a module file (its folder then serves as the module and rule search
-// path where those are unset) or a module name found along "koralModules". Ctrl-C stops the run
-// as the desktop program's Stop does. Exit status 0 when the run ended normally, 1 when it ended
-// with an error, 130 when it was stopped by Ctrl-C, 2 for usage and loading errors.
+// standard output (to standard error when `-o -` puts the graph there). MODULE is a module file
+// (its folder then serves as the module and rule search path where those are unset) or a module
+// name found along "koralModules". Ctrl-C stops the run as the desktop program's Stop does.
+// Exit status 0 when the run ended normally, 1 when it ended with an error or a condition could
+// not be evaluated, 130 when it was stopped by Ctrl-C, 2 for usage and loading errors. A run that
+// did not end normally never writes over one of the files it read: its graph goes beside it.
 #include <atomic>
 #include <charconv>
 #include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -14,6 +17,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "grammar/Console.h"
 #include "grammar/Paths.h"
@@ -22,12 +26,14 @@
 #include "koral/FileSearch.h"
 #include "koral/KoralCPU.h"
 #include "koral/ModuleCache.h"
+#include "koral/RuleCache.h"
 #include "tools/cli/Commands.h"
 
 namespace vellum::cli {
 namespace {
 
-constexpr int kExitInterrupted = 130;  // as a shell reports a program ended by Ctrl-C
+constexpr int kExitInterrupted = 130;         // as a shell reports a program ended by Ctrl-C
+constexpr const char* kStandardOutput = "-";  // as the output file: the graph to standard output
 
 // Set by the SIGINT handler, polled by the thread that waits for the run.
 std::atomic<int> interruptRequested{0};
@@ -133,7 +139,7 @@ std::optional<RunOptions> parseOptions(const Arguments& arguments, std::string& 
         problem = "expected a module, a transformation unit and a graph file";
         return std::nullopt;
     }
-    if (options.output)
+    if (options.output && *options.output != kStandardOutput)
         problem = outputFileProblem(*options.output);
     if (!problem.empty())
         return std::nullopt;
@@ -171,6 +177,105 @@ const koralModule* loadModuleArgument(const std::string& argument,
 
 void traceStatement(const koralSourcePosition& position) {
     console() << "TRACE " << position.label << " line " << position.line << "\n";
+}
+
+// "TRACE unit 'U' rule 'R' applied at vertices 2 5" (positions as `match` gives them), or
+// "... not applied".
+void traceAttempt(const KoralRun::RuleAttempt& attempt) {
+    std::ostringstream line;
+    line << "TRACE unit '" << attempt.unit.name() << "' rule '" << attempt.rule << "' "
+         << (attempt.applied ? "applied" : "not applied");
+    if (attempt.applied && !attempt.vertices.empty()) {
+        line << " at vertices";
+        for (std::size_t position : attempt.vertices)
+            line << " " << position;
+    }
+    console() << line.str() << "\n";
+}
+
+class StandardErrorSink : public ConsoleSink {
+  public:
+    void append(std::string_view text) override {
+        std::fwrite(text.data(), 1, text.size(), stderr);
+        std::fflush(stderr);
+    }
+};
+
+// Sends the console log to standard error instead of standard output for its lifetime, so that
+// standard output carries nothing but the graph.
+class ConsoleOnStandardError {
+  public:
+    ConsoleOnStandardError() : sink_(std::make_shared<StandardErrorSink>()) {
+        Console::instance().setStandardOutput(false);
+        Console::instance().addSink(sink_);
+    }
+    ~ConsoleOnStandardError() {
+        Console::instance().removeSink(sink_.get());
+        Console::instance().setStandardOutput(true);
+    }
+    ConsoleOnStandardError(const ConsoleOnStandardError&) = delete;
+    ConsoleOnStandardError& operator=(const ConsoleOnStandardError&) = delete;
+
+  private:
+    std::shared_ptr<StandardErrorSink> sink_;
+};
+
+// "vellum-cli run: condition 'C' of unit 'U' failed: PROBLEM (MEANING)" per condition that the
+// run could not evaluate; true when there was one.
+bool reportConditionFailures(const std::vector<KoralConditionFailure>& failures) {
+    for (const KoralConditionFailure& failure : failures) {
+        std::cerr << "vellum-cli run: condition '" << failure.condition << "' of unit '"
+                  << failure.unit << "' failed: " << failure.problem;
+        if (!failure.meaning.empty())
+            std::cerr << " (" << failure.meaning << ")";
+        std::cerr << "\n";
+    }
+    return !failures.empty();
+}
+
+// True when `output` is one of the files the run read: the graph, the modules, the rules. By
+// file identity, so that "./g.dg" and "g.dg" are the same.
+bool isInput(const std::string& output, const std::string& graphFile) {
+    std::vector<std::string> inputs = ModuleCache::instance().files();
+    const std::vector<std::string> rules = RuleCache::instance().files();
+    inputs.insert(inputs.end(), rules.begin(), rules.end());
+    inputs.push_back(graphFile);
+    for (const std::string& input : inputs) {
+        std::error_code error;
+        if (std::filesystem::equivalent(output, input, error))
+            return true;
+    }
+    return false;
+}
+
+// "dir/g.dg" gives "dir/g.partial.dg".
+std::string partialFileBeside(const std::string& file) {
+    std::filesystem::path path(file);
+    const std::filesystem::path extension = path.extension();
+    path.replace_extension();
+    path += ".partial";
+    path += extension;
+    return path.string();
+}
+
+// Writes the graph where -o says: to standard output for "-", else to the file, or beside it
+// when the run did not end normally and the file is one of its inputs. False when writing
+// failed.
+bool writeResult(const DirectedGraph& graph, const RunOptions& options, bool ranWell) {
+    if (*options.output == kStandardOutput) {
+        GraphWriter(std::cout).write(graph);
+        std::cout.flush();
+        return static_cast<bool>(std::cout);
+    }
+    std::string file = *options.output;
+    if (!ranWell && isInput(file, options.graphFile)) {
+        const std::string beside = partialFileBeside(file);
+        std::cerr << "vellum-cli run: the run did not end normally, so its graph is not written "
+                     "over the input '"
+                  << file << "' but to '" << beside << "'\n";
+        file = beside;
+    }
+    return saveGraph(graph, file);
 }
 
 void writeStatistics(const KoralStatistics& statistics) {
@@ -239,6 +344,34 @@ const koralModule* ModuleFolderSearch::load() const {
     return ModuleCache::instance().loadFile(file_);
 }
 
+namespace {
+
+int runLoaded(const RunOptions& options, const koralUnit& unit, DirectedGraph& graph) {
+    std::optional<ConsoleOnStandardError> consoleOnStandardError;
+    if (options.output == kStandardOutput)
+        consoleOnStandardError.emplace();
+    koralCPU cpu;
+    cpu.setSeed(options.seed);
+    if (options.trace) {
+        cpu.setTraceHook(traceStatement);
+        cpu.setAttemptHook(traceAttempt);
+    }
+    cpu.setCollectStatistics(options.statistics);
+    const koralCPU::Outcome outcome = runToEnd(cpu, unit, graph, options.quiet);
+    if (options.statistics)
+        writeStatistics(cpu.statistics());
+    std::cout.flush();
+    int status = exitStatus(outcome);
+    if (reportConditionFailures(cpu.conditionFailures()) && status == kExitOk)
+        status = kExitFailed;
+    if (options.output && !writeResult(graph, options, status == kExitOk))
+        status = kExitFailed;
+    std::cout.flush();
+    return status;
+}
+
+}  // namespace
+
 int runRun(const Arguments& arguments) {
     std::string problem;
     const std::optional<RunOptions> options = parseOptions(arguments, problem);
@@ -261,17 +394,7 @@ int runRun(const Arguments& arguments) {
         std::cout.flush();
         return kExitUsage;
     }
-    koralCPU cpu;
-    cpu.setSeed(options->seed);
-    if (options->trace)
-        cpu.setTraceHook(traceStatement);
-    cpu.setCollectStatistics(options->statistics);
-    const koralCPU::Outcome outcome = runToEnd(cpu, *unit, graph, options->quiet);
-    if (options->statistics)
-        writeStatistics(cpu.statistics());
-    const bool saved = !options->output || saveGraph(graph, *options->output);
-    std::cout.flush();
-    return saved ? exitStatus(outcome) : kExitFailed;
+    return runLoaded(*options, *unit, graph);
 }
 
 }  // namespace vellum::cli

@@ -41,8 +41,10 @@ int main(int argc, char** argv) {
         return kExitOk;
     }
     for (const auto& command : commands()) {
-        if (name == command.name)
-            return command.run(Arguments(argv + 2, argv + argc));
+        if (name != command.name)
+            continue;
+        const Arguments arguments(argv + 2, argv + argc);
+        return asksForHelp(arguments) ? printHelp(command) : command.run(arguments);
     }
     std::cerr << "vellum-cli: unknown command '" << name << "'\n";
     printUsage(std::cerr);
