@@ -34,6 +34,24 @@ void TokenScanner::reset(Cache* source) {
     memo_ = Memo{};
 }
 
+void TokenScanner::setLengthBound(int code, std::size_t bound) {
+    for (auto& entry : lengthBounds_) {
+        if (entry.first == code) {
+            entry.second = bound;
+            return;
+        }
+    }
+    lengthBounds_.emplace_back(code, bound);
+}
+
+std::size_t TokenScanner::lengthBound(int code) const {
+    for (const auto& entry : lengthBounds_) {
+        if (entry.first == code)
+            return entry.second;
+    }
+    return kMaxTokenText;
+}
+
 int TokenScanner::nextToken() {
     if (source_ == nullptr)
         return -1;
@@ -68,8 +86,11 @@ int TokenScanner::scanAt(long position, long& end) {
             overflow_ = false;
             furthest_ = start;
             stepsIdle_ = 0;
-            // Only tokens that are kept are bounded; comments (code 0) may run on.
-            if (walk(index, 0) && !(overflow_ && d.code != 0)) {
+            // Only tokens that are kept are bounded; comments (code 0) may run on, their text
+            // cut at the bound.
+            bound_ = lengthBound(d.code);
+            stopOnOverflow_ = d.code != 0;
+            if (walk(index, 0) && !overflow_) {
                 code = d.code;
                 break;
             }
@@ -101,6 +122,9 @@ bool TokenScanner::walk(int definition, int depth) {
         } else if (++stepsIdle_ > kMaxIdleSteps) {
             return false;
         }
+        // A token past its bound fails at once instead of reading on to its end.
+        if (overflow_)
+            return false;
         const PatternNode& node = nodes[static_cast<std::size_t>(current)];
         matched = walkNode(node, depth);
         current = matched ? node.successor : node.alternative;
@@ -112,8 +136,8 @@ bool TokenScanner::walkNode(const PatternNode& node, int depth) {
     const long start = source_->tell();
     const auto signedChar = [](char c) { return static_cast<int>(static_cast<signed char>(c)); };
     const auto append = [this](char c) {
-        if (text_.size() >= kMaxTokenText) {
-            overflow_ = true;
+        if (text_.size() >= bound_) {
+            overflow_ = stopOnOverflow_;
         } else {
             text_.push_back(c);
         }

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "grammar/Cache.h"
 #include "grammar/TokenDefinitions.h"
@@ -50,6 +52,12 @@ class TokenScanner {
     }
     void clearHistory() { history_.clear(); }
 
+    // Lets tokens of `code` be up to `bound` characters long instead of kMaxTokenText (readers
+    // raise it for their value tokens, whose texts may be long). Kept across parses and
+    // definition changes; a token longer than its bound does not match.
+    void setLengthBound(int code, std::size_t bound);
+    std::size_t lengthBound(int code) const;
+
     // The code of the next token, or -1 when no definition matches; text() holds its text.
     int nextToken();
     const std::string& text() const { return text_; }
@@ -74,6 +82,9 @@ class TokenScanner {
     std::shared_ptr<const TokenDefinitions> definitions_;
     Cache* source_ = nullptr;
     std::string text_;
+    std::vector<std::pair<int, std::size_t>> lengthBounds_;  // (code, bound), a handful at most
+    std::size_t bound_ = kMaxTokenText;                      // of the definition being walked
+    bool stopOnOverflow_ = true;  // false for comments, whose text is cut at the bound
     bool overflow_ = false;
     long furthest_ = 0;   // progress mark for the loop guard of a walk
     long stepsIdle_ = 0;  // node evaluations since the walk last read further

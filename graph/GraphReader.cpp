@@ -37,6 +37,9 @@ constexpr const char* kNumberAttribute = "__ID__";
 
 GraphReader::GraphReader() {
     loadGrammar(kGraphGrammar, kGraphTokens);
+    // Long reals and strings: what the graph writer writes reads back.
+    for (int code : {kNumberToken, kStringToken})
+        scanner().setLengthBound(code, kMaxLiteralToken);
 }
 
 bool GraphReader::read(const std::string& fileName, DirectedGraph& graph) {

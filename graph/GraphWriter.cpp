@@ -7,6 +7,7 @@
 #include "graph/BooleanAttribute.h"
 #include "graph/GlobMatch.h"
 #include "graph/IntegerAttribute.h"
+#include "graph/NumberText.h"
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
@@ -49,7 +50,7 @@ void writeVector(std::ostream& out, const std::vector<double>& elements) {
     for (std::size_t i = 0; i < elements.size(); ++i) {
         if (i > 0)
             out << ' ';
-        out << elements[i];
+        out << realText(elements[i]);
     }
     out << ")";
 }
@@ -74,10 +75,11 @@ bool GraphWriter::writeAttribute(std::ostream& out, const Attribute& attribute) 
             return true;
         case AttributeType::Real:
             out << "real " << attribute.name() << " = "
-                << static_cast<const RealAttribute&>(attribute).value();
+                << realText(static_cast<const RealAttribute&>(attribute).value());
             return true;
         case AttributeType::String:
-            // No escaping: the text is kept as the file had it between its quotes.
+            // No escaping: the text is kept as the file had it between its quotes (backslash
+            // escapes included), which FileSpelling has made sure reads back.
             out << "string " << attribute.name() << " = \""
                 << static_cast<const StringAttribute&>(attribute).value() << '"';
             return true;
@@ -89,58 +91,99 @@ bool GraphWriter::writeAttribute(std::ostream& out, const Attribute& attribute) 
     return false;
 }
 
-void GraphWriter::write(const DirectedGraph& graph) {
+std::string elementName(const std::string& kindAndNumbers, const GraphObject& object) {
+    if (object.label().empty())
+        return kindAndNumbers;
+    return kindAndNumbers + " (label '" + FileSpelling::shown(object.label()) + "')";
+}
+
+bool GraphWriter::write(const DirectedGraph& graph) {
     const DefaultFormat format(out_);
     numbers_ = ObjectNumbering(graph.vertexCount());
+    refusal_.clear();
     out_ << "directed graph\n{\n";
-    for (const DirectedGraphVertex& vertex : graph.vertices())
-        writeVertex(vertex);
-    for (const DirectedGraphEdge& edge : graph.edges())
-        writeEdge(edge);
+    for (const DirectedGraphVertex& vertex : graph.vertices()) {
+        if (!writeVertex(vertex))
+            return false;
+    }
+    for (const DirectedGraphEdge& edge : graph.edges()) {
+        if (!writeEdge(graph, edge))
+            return false;
+    }
     out_ << "}\n";
+    return true;
 }
 
-void GraphWriter::writeVertex(const DirectedGraphVertex& vertex) {
+bool GraphWriter::refuse(const std::string& element, const std::string& problem) {
+    refusal_ = element + ": " + problem;
+    return false;
+}
+
+bool GraphWriter::writeVertex(const DirectedGraphVertex& vertex) {
+    const long number = numbers_.number(&vertex);
     out_ << "\n\tvertex ";
-    writeNumber(out_, numbers_.number(&vertex));
+    writeNumber(out_, number);
     out_ << " {\n";
-    writeContents(vertex);
+    if (!writeContents(vertex, "vertex " + std::to_string(number)))
+        return false;
     out_ << "\t}\n";
+    return true;
 }
 
-void GraphWriter::writeEdge(const DirectedGraphEdge& edge) {
-    // An endpoint outside the vertex list (taken out while the edge still pointed at it) gets
-    // a number of its own, which no vertex of the file has.
+bool GraphWriter::writeEdge(const DirectedGraph& graph, const DirectedGraphEdge& edge) {
+    const long source = numbers_.number(edge.source());
+    const long target = numbers_.number(edge.target());
+    const std::string element = "edge " + std::to_string(source) + " -> " + std::to_string(target);
+    // An endpoint taken out of the vertex list while the edge still pointed at it has no vertex
+    // line, so the edge line would name a vertex that the file lacks.
+    if (!graph.contains(*edge.source()) || !graph.contains(*edge.target()))
+        return refuse(element, "an edge must join two vertices of the graph in a graph file");
     out_ << "\n\tedge ";
-    writeNumber(out_, numbers_.number(edge.source()));
+    writeNumber(out_, source);
     out_ << " -> ";
-    writeNumber(out_, numbers_.number(edge.target()));
+    writeNumber(out_, target);
     out_ << "\n";
     // Internal attributes count here although they are not written.
     if (edge.label().empty() && edge.attributeCount() == 0)
-        return;
+        return true;
     out_ << "\t{\n";
-    writeContents(edge);
+    if (!writeContents(edge, element))
+        return false;
     out_ << "\t}\n";
+    return true;
 }
 
-void GraphWriter::writeContents(const GraphObject& object) {
-    if (!object.label().empty())
+bool GraphWriter::writeContents(const GraphObject& object, const std::string& element) {
+    if (!object.label().empty()) {
+        const std::string problem = spelling_.label(object.label());
+        if (!problem.empty())
+            return refuse(element + ", label '" + FileSpelling::shown(object.label()) + "'",
+                          problem);
         out_ << "\t\tlabel " << object.label() << "\n";
+    }
     for (const Attribute& attribute : object.attributes()) {
         if (isInternalName(attribute.name()) || !hasFileForm(attribute.type()))
             continue;
+        const std::string problem = spelling_.attribute(attribute);
+        if (!problem.empty()) {
+            return refuse(elementName(element, object) + ", attribute '" +
+                              FileSpelling::shown(attribute.name()) + "'",
+                          problem);
+        }
         out_ << "\t\t";
         writeAttribute(out_, attribute);
         out_ << "\n";
     }
+    return true;
 }
 
 bool saveGraph(const DirectedGraph& graph, const std::string& fileName) {
     ReplacingFile file(fileName);
     if (file.open()) {
-        GraphWriter(file.stream()).write(graph);
-        if (file.commit())
+        GraphWriter writer(file.stream());
+        if (!writer.write(graph))
+            console() << writer.refusal() << "\n";
+        else if (file.commit())
             return true;
     }
     console() << "Could not write the file '" << fileName << "' !!!\n";

@@ -1,13 +1,15 @@
 // The writer of graph files (.dg), in the layout that the reader and earlier files share:
 // every vertex in a block after an empty line, every edge on its line with a block only when it
 // has a label or attributes, internal attributes ("__*__") left out. Vertices are numbered
-// 1, 2, 3, ... in list order, so saving an unchanged graph twice gives the same text.
+// 1, 2, 3, ... in list order, so saving an unchanged graph twice gives the same text. What the
+// format cannot spell (see FileSpelling) is refused, never written.
 #pragma once
 
 #include <ostream>
 #include <string>
 
 #include "graph/DirectedGraph.h"
+#include "graph/FileSpelling.h"
 #include "graph/ObjectNumbering.h"
 
 namespace vellum {
@@ -16,29 +18,41 @@ class GraphWriter {
   public:
     explicit GraphWriter(std::ostream& out) : out_(out) {}
 
-    // Writes the whole graph; the stream's state tells whether it all went out.
-    void write(const DirectedGraph& graph);
+    // Writes the whole graph and returns true; the stream's state tells whether it all went
+    // out. False when the graph holds something a graph file cannot spell: the text stops
+    // before it, so the caller discards what was written (saveGraph does), and refusal() says
+    // "vertex 3 (label 'a'), attribute 's': REASON".
+    bool write(const DirectedGraph& graph);
+    const std::string& refusal() const { return refusal_; }
 
-    // "KEYWORD NAME = VALUE" for the five attribute types, reals and vector elements in the
-    // stream's default format; false, with nothing written, for any other type code. Shared
-    // with the rule writer.
+    // "KEYWORD NAME = VALUE" for the five attribute types, reals and vector elements as
+    // realText() writes them; false, with nothing written, for any other type code. The value
+    // is written as it is: the caller has asked FileSpelling. Shared with the rule writer.
     static bool writeAttribute(std::ostream& out, const Attribute& attribute);
     // True for the five type codes that files know.
     static bool hasFileForm(AttributeType type);
 
   private:
-    void writeVertex(const DirectedGraphVertex& vertex);
-    void writeEdge(const DirectedGraphEdge& edge);
-    // The label line and the lines of the visible attributes, each indented by two tabs.
-    void writeContents(const GraphObject& object);
+    bool writeVertex(const DirectedGraphVertex& vertex);
+    bool writeEdge(const DirectedGraph& graph, const DirectedGraphEdge& edge);
+    // The label line and the lines of the visible attributes, each indented by two tabs; false
+    // after refusing one of them.
+    bool writeContents(const GraphObject& object, const std::string& element);
+    bool refuse(const std::string& element, const std::string& problem);
 
     std::ostream& out_;
     ObjectNumbering numbers_;
+    FileSpelling spelling_{FileSpelling::Format::Graph};
+    std::string refusal_;
 };
 
+// "vertex 3" or "edge 1 -> 2", and " (label 'a')" when the object has a label: how a refusal
+// names the object. Shared with the rule writer.
+std::string elementName(const std::string& kindAndNumbers, const GraphObject& object);
+
 // Writes `graph` to the file, replacing it only when everything was written. On failure the
-// console says "Could not write the file 'NAME' !!!", false is returned and an existing file
-// is left as it was.
+// console says why the graph was refused, if it was, then "Could not write the file 'NAME' !!!";
+// false is returned and an existing file is left as it was.
 bool saveGraph(const DirectedGraph& graph, const std::string& fileName);
 
 }  // namespace vellum

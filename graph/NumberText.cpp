@@ -1,6 +1,7 @@
 #include "graph/NumberText.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <string>
 
@@ -28,6 +29,43 @@ double realValue(std::string_view text) {
         return std::strtod(std::string(text).c_str(), nullptr);
     }
     return value;
+}
+
+std::string realText(double value) {
+    // to_chars, unlike printf, ignores the C locale (a GUI may set one with a decimal comma).
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6);
+    const std::string_view shown(text, static_cast<std::size_t>(end.ptr - text));
+    const std::size_t e = shown.find('e');
+    if (e == std::string_view::npos || !std::isfinite(value))
+        return std::string(shown);
+    // "-d.ddddde-XX": the digits without sign and point, and where the point goes among them.
+    const bool negative = shown[0] == '-';
+    std::string digits;
+    for (char c : shown.substr(negative ? 1 : 0, e - (negative ? 1 : 0))) {
+        if (c != '.')
+            digits.push_back(c);
+    }
+    long exponent = 0;
+    const std::string_view power = shown.substr(e + 1);
+    std::from_chars(power.data() + (power[0] == '+' ? 1 : 0), power.data() + power.size(),
+                    exponent);
+    const long point = exponent + 1;
+    std::string result = negative ? "-" : "";
+    const long count = static_cast<long>(digits.size());
+    if (point <= 0) {
+        result += "0.";
+        result.append(static_cast<std::size_t>(-point), '0');
+        result += digits;
+    } else if (point >= count) {
+        result += digits;
+        result.append(static_cast<std::size_t>(point - count), '0');
+    } else {
+        result += digits.substr(0, static_cast<std::size_t>(point));
+        result += '.';
+        result += digits.substr(static_cast<std::size_t>(point));
+    }
+    return result;
 }
 
 }  // namespace vellum

@@ -15,28 +15,6 @@
 namespace vellum {
 namespace {
 
-// The tokens, in the order the scanner tries them: keywords before the identifier, "->" before
-// a negative number.
-constexpr auto kRuleTokens = joinText(R"TOKENS(
-$COMMENT : 0 = "%" {"$CHAR$"}.
-$LGRAPHRULE : 16 = "directed graphrule".
-)TOKENS",
-                                      kGraphObjectTokens, R"TOKENS($LINPUT : 10 = "input".
-$LOUTPUT : 11 = "output".
-$LEDGE : 12 = "edge".
-$LARROW : 13 = "\->".
-$LLABEL : 14 = "label".
-$LARROW1 : 15 = "<\->".
-$LANCHOR : 17 = "interface".
-$LLEFTSIDE : 20 = "left\-hand side".
-$LRIGHTSIDE : 21 = "right\-hand side".
-$LAPPCOND : 22 = "application condition".
-$EXPRESSION : 23 = "[" {(INTERNAL | "#]")} "]".
-$WILDCARD : 24 = "*".
-$LREF : 25 = "@".
-)TOKENS",
-                                      kGraphValueTokens, kCharacterClasses, ".");
-
 constexpr const char* kRuleGrammar = R"GRAMMAR(
 GRAPHRULE = $LGRAPHRULE $IDENTIFIER <50> "{" RULE "}".
 RULE = <51> <0> $LLEFTSIDE GRAPH ANCHOR <52> <0> $LRIGHTSIDE GRAPH <53> [APPCOND].
@@ -85,7 +63,6 @@ enum Action : int {
 constexpr int kTrueCode = 4;
 constexpr int kFalseCode = 5;
 constexpr int kVertexCode = 2;
-constexpr int kExpressionCode = 23;
 constexpr int kReferenceCode = 25;
 constexpr const char* kNumberAttribute = "__ID__";
 
@@ -106,6 +83,9 @@ T* numbered(const std::unordered_map<std::int32_t, T*>& map, std::int32_t number
 
 RuleReader::RuleReader() {
     loadGrammar(kRuleGrammar, kRuleTokens);
+    // Long reals, strings and expressions: what the rule writer writes reads back.
+    for (int code : {kNumberToken, kStringToken, kExpressionToken})
+        scanner().setLengthBound(code, kMaxLiteralToken);
 }
 
 void RuleReader::reset(DirectedGraphRule& rule) {
@@ -201,7 +181,7 @@ int RuleReader::tokenCode(std::size_t k) const {
 }
 
 bool RuleReader::isExpression(std::size_t k) const {
-    return tokenCode(k) == kExpressionCode;
+    return tokenCode(k) == kExpressionToken;
 }
 
 bool RuleReader::setName() {

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "grammar/Cache.h"
 #include "grammar/TokenScanner.h"
@@ -16,10 +18,14 @@ constexpr const char* kLetters = "LETTER = \"a-z\" | \"A-Z\". DIGIT = \"0-9\".\n
 
 // Scans the whole input: "code:text" per token, blank-separated; "@P" where scanning stopped
 // before the end (no definition matched, or a match that read nothing).
-std::string scanAll(const std::string& definitions, const std::string& input) {
+// `bounds` raises the length bound of some codes.
+std::string scanAll(const std::string& definitions, const std::string& input,
+                    const std::vector<std::pair<int, std::size_t>>& bounds = {}) {
     TokenScanner scanner;
     if (!scanner.loadDefinitions(definitions))
         return "malformed";
+    for (const auto& [code, bound] : bounds)
+        scanner.setLengthBound(code, bound);
     Cache cache;
     cache.attach(input.c_str());
     scanner.reset(&cache);
@@ -113,6 +119,15 @@ TEST(TokenScanner, TokensLongerThan127CharactersDoNotMatchButCommentsDo) {
     EXPECT_EQ(comment.substr(0, 3), "0:%");
     EXPECT_EQ(comment.find(' '), comment.rfind(' '));
     EXPECT_EQ(comment.substr(comment.rfind(' ')), " 1001:b");
+}
+
+TEST(TokenScanner, ALengthBoundPerCodeLetsOnlyThatTokenGrow) {
+    const std::string defs = "$NAME : 1001 = LETTER {LETTER}.\n$NUMBER : 1000 = DIGIT {DIGIT}.\n" +
+                             std::string(kLetters) + "..";
+    const std::vector<std::pair<int, std::size_t>> bounds = {{1001, 300}};
+    EXPECT_EQ(scanAll(defs, std::string(300, 'a'), bounds), "1001:" + std::string(300, 'a'));
+    EXPECT_EQ(scanAll(defs, std::string(301, 'a'), bounds), "@0");
+    EXPECT_EQ(scanAll(defs, std::string(128, '1'), bounds), "@0") << "other codes keep 127";
 }
 
 TEST(TokenScanner, MalformedDefinitionTextsFailToLoad) {

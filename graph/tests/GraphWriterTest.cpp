@@ -34,11 +34,11 @@ TEST(GraphWriter, WritesTheExactLayout) {
     a->addAttribute(std::make_unique<IntegerAttribute>("n", -3));
     a->addAttribute(std::make_unique<IntegerAttribute>("__NR__", 9));
     a->addAttribute(std::make_unique<RealAttribute>("big", 1000000));
+    a->addAttribute(std::make_unique<RealAttribute>("tiny", -0.0000125));
     a->addAttribute(std::make_unique<RealAttribute>("r", 0.1 + 0.2));
     a->addAttribute(std::make_unique<BooleanAttribute>("f", false));
     a->addAttribute(std::make_unique<StringAttribute>("s", "x \\\" y"));
     a->addAttribute(std::make_unique<VectorAttribute>("v", std::vector<double>{1, -2.5, 3}));
-    a->addAttribute(std::make_unique<VectorAttribute>("none", std::vector<double>{}));
     graph.createEdge(a, b);
     graph.createEdge(b, a)->setLabel("back");
     graph.createEdge(b, b)->addAttribute(std::make_unique<IntegerAttribute>("__link__", 1));
@@ -47,12 +47,13 @@ TEST(GraphWriter, WritesTheExactLayout) {
               "\n\tvertex 1 {\n"
               "\t\tlabel hub\n"
               "\t\tinteger n = -3\n"
-              "\t\treal big = 1e+06\n"
+              // Plain decimal where the default format would use an exponent.
+              "\t\treal big = 1000000\n"
+              "\t\treal tiny = -0.0000125\n"
               "\t\treal r = 0.3\n"
               "\t\tboolean f = false\n"
               "\t\tstring s = \"x \\\" y\"\n"
               "\t\tvector v = (1 -2.5 3)\n"
-              "\t\tvector none = ()\n"
               "\t}\n"
               "\n\tvertex 2 {\n\t}\n"
               "\n\tedge 1 -> 2\n"

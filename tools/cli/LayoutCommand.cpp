@@ -4,9 +4,11 @@
 // system's console lines ("caugh't: ...", "from class: ..."); exit status 1 for them.
 #include <fstream>
 #include <iostream>
+#include <sstream>
 #include <string>
 #include <string_view>
 
+#include "grammar/Console.h"
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
@@ -43,7 +45,14 @@ int listLayouts() {
 bool writeGraph(const DirectedGraph& graph, const std::string& out) {
     if (!out.empty())
         return saveGraph(graph, out);
-    GraphWriter(std::cout).write(graph);
+    // Through a buffer: a refused graph prints nothing but the reason.
+    std::ostringstream text;
+    GraphWriter writer(text);
+    if (!writer.write(graph)) {
+        console() << writer.refusal() << "\n";
+        return false;
+    }
+    std::cout << text.str();
     return static_cast<bool>(std::cout);
 }
 
