@@ -1,7 +1,9 @@
 #include "grammar/GrammarParser.h"
 
+#include <cctype>
 #include <vector>
 
+#include "grammar/ParseReport.h"
 #include "grammar/SyntaxGraph.h"
 
 namespace vellum {
@@ -12,6 +14,50 @@ namespace {
 // into a loop (left recursion, an optional part inside a repetition).
 constexpr std::size_t kMaxNesting = 1u << 20;
 constexpr long kMaxIdleSteps = 1L << 20;
+
+// How much of the input a syntax error quotes, and how many expected terminals it lists.
+constexpr long kQuotedCharacters = 16;
+constexpr std::size_t kMaxExpected = 8;
+
+bool isNameCharacter(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+}
+
+// The text a definition matches when it is a fixed text (a keyword or a sign); else empty.
+std::string fixedText(const TokenDefinitions& tokens, int definition) {
+    std::string text;
+    for (int node = tokens.definitions()[static_cast<std::size_t>(definition)].pattern; node >= 0;
+         node = tokens.nodes()[static_cast<std::size_t>(node)].successor) {
+        const PatternNode& pattern = tokens.nodes()[static_cast<std::size_t>(node)];
+        if (pattern.kind != PatternKind::Literal || pattern.alternative >= 0)
+            return {};
+        text += pattern.text;
+    }
+    return text;
+}
+
+// A token as a syntax error names what it expected.
+std::string describeToken(const TokenDefinitions& tokens, int definition) {
+    if (definition < 0)
+        return {};
+    const std::string fixed = fixedText(tokens, definition);
+    if (!fixed.empty())
+        return "'" + fixed + "'";
+    const std::string& name = tokens.definitions()[static_cast<std::size_t>(definition)].name;
+    if (name == "NUMBER")
+        return "a number";
+    if (name == "IDENTIFIER")
+        return "a name";
+    if (name == "LLSTRING" || name == "STRING")
+        return "a string";
+    if (name == "EXPRESSION")
+        return "an expression in [ ]";
+    if (name == "LXCONDITION")
+        return "a condition in ( )";
+    if (name == "DLL")
+        return "a library call $(...)";
+    return name;
+}
 
 }  // namespace
 
@@ -92,24 +138,157 @@ int GrammarParser::walk() {
                 continue;
             case GrammarNodeKind::Literal:
                 result = matchLiteral(node.text) ? kMatched : kNotMatched;
+                if (result == kNotMatched)
+                    noteExpected(current, cache_.tell());
                 break;
             case GrammarNodeKind::Action:
                 if (onAction(node.action) == 0)
                     return kAborted;
                 break;
-            case GrammarNodeKind::Token:
+            case GrammarNodeKind::Token: {
+                const long at = cache_.tell();
                 result = scanner_->expectDefinition(node.token) != 0 ? kMatched : kNotMatched;
+                if (result == kMatched)
+                    noteAccepted();
+                else
+                    noteExpected(current, at);
                 break;
+            }
         }
         current = result == kMatched ? node.successor : node.alternative;
     }
 }
 
+void GrammarParser::noteAccepted() {
+    const TokenRecord* token = scanner_->tokenAt(0);
+    const long end = cache_.tell();
+    const long begin = end - (token != nullptr ? static_cast<long>(token->text.size()) : 0);
+    spans_[spanCount_ % spans_.size()] = {begin, end};
+    ++spanCount_;
+}
+
+std::pair<long, long> GrammarParser::tokenSpan(std::size_t k) const {
+    if (k >= spanCount_ || k >= spans_.size())
+        return {0, 0};
+    return spans_[(spanCount_ - 1 - k) % spans_.size()];
+}
+
+void GrammarParser::noteExpected(int node, long position) {
+    if (position < expectedAt_)
+        return;
+    if (position > expectedAt_) {
+        expected_.clear();
+        expectedAt_ = position;
+    }
+    if (expected_.size() < 4 * kMaxExpected)
+        expected_.push_back(node);
+}
+
+std::string GrammarParser::expectation() const {
+    std::vector<std::string> names;
+    for (int index : expected_) {
+        const GrammarNode& node = grammar_->nodes()[static_cast<std::size_t>(index)];
+        std::string name = node.kind == GrammarNodeKind::Literal
+                               ? (node.text.empty() ? "" : "'" + node.text + "'")
+                               : describeToken(*grammar_->tokens(), node.token);
+        if (name.empty() || names.size() == kMaxExpected)
+            continue;
+        bool known = false;
+        for (const std::string& listed : names)
+            known = known || listed == name;
+        if (!known)
+            names.push_back(std::move(name));
+    }
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (i > 0)
+            text += i + 1 == names.size() ? " or " : ", ";
+        text += names[i];
+    }
+    return text;
+}
+
+std::string GrammarParser::keywordPrefix(long position) {
+    // A keyword accepted just before, glued to the letters that follow ("vertexA").
+    const TokenRecord* latest = tokenAt(0);
+    if (latest != nullptr && tokenSpan(0).second == position && position > 0) {
+        cache_.seek(position);
+        if (isKeyword(latest->code, latest->text) && isNameCharacter(cache_.peek()))
+            return gluedKeyword(latest->text);
+    }
+    cache_.seek(position);
+    const int code = scanner_->nextToken();
+    const std::string keyword = scanner_->text();
+    if (code <= 0 || keyword.empty() || !isNameCharacter(keyword.back()) ||
+        !isKeyword(code, keyword))
+        return {};
+    if (isNameCharacter(cache_.peek()))
+        return gluedKeyword(keyword);
+    // A keyword where a name was expected: the user chose a name the language reserves.
+    return expectedAt_ == position && expectation().find("a name") != std::string::npos
+               ? "'" + keyword + "' is a keyword, not a name"
+               : std::string();
+}
+
+bool GrammarParser::isKeyword(int code, const std::string& text) const {
+    const TokenDefinitions& tokens = *grammar_->tokens();
+    for (std::size_t i = 0; i < tokens.definitions().size(); ++i) {
+        if (tokens.definitions()[i].code == code)
+            return fixedText(tokens, static_cast<int>(i)) == text;
+    }
+    return false;
+}
+
+std::string GrammarParser::gluedKeyword(const std::string& keyword) {
+    std::string word = keyword;
+    while (isNameCharacter(cache_.peek()) && word.size() < kMaxTokenText)
+        word.push_back(cache_.read());
+    return "'" + word + "' begins with the keyword '" + keyword + "'";
+}
+
+std::string GrammarParser::describeFailure(long position) {
+    if (limitReached_)
+        return "the text nests too deeply for the reader";
+    std::string reason;
+    if (position >= cache_.length()) {
+        reason = "unexpected end of input";
+    } else {
+        reason = keywordPrefix(position);
+        if (reason.empty()) {
+            std::string near;
+            cache_.excerpt(position, position + kQuotedCharacters, near);
+            near = near.substr(0, near.find_first_of("\r\n"));
+            reason = "syntax error near '" + escapeExcerpt(near) + "'";
+        }
+    }
+    const std::string expected = expectedAt_ == position ? expectation() : std::string();
+    return expected.empty() ? reason : reason + ": expected " + expected;
+}
+
+void GrammarParser::noteFailure(int result) {
+    syntaxError_.clear();
+    errorPosition_ = -1;
+    if (result != kNotMatched || grammar_ == nullptr || !grammar_->ok())
+        return;
+    errorPosition_ = cache_.tell();
+    syntaxError_ = describeFailure(errorPosition_);
+    cache_.seek(errorPosition_);
+}
+
+void GrammarParser::diagnoseToken(Severity severity, std::size_t k, std::string message) const {
+    diagnose(severity, fileName_, tokenSpan(k).first, std::move(message));
+}
+
 bool GrammarParser::parseString(const char* text) {
+    fileName_.clear();
     if (!cache_.attach(text))
         return false;
     scanner_->reset(&cache_);
+    spanCount_ = 0;
+    expected_.clear();
+    expectedAt_ = -1;
     const int result = walk();
+    noteFailure(result);
     cache_.close();
     scanner_->detach();
     return result == kMatched;
@@ -125,15 +304,31 @@ bool GrammarParser::parseFile(const std::string& fileName, long before, long aft
                               std::string& excerpt, long& position) {
     excerpt.clear();
     position = 0;
+    fileName_ = fileName;
+    syntaxError_.clear();
+    errorPosition_ = -1;
     if (!cache_.open(fileName))
         return false;
     scanner_->reset(&cache_);
+    spanCount_ = 0;
+    expected_.clear();
+    expectedAt_ = -1;
+    const Diagnostics* collector = Diagnostics::current();
+    const std::size_t recorded = collector != nullptr ? collector->size() : 0;
     const int result = walk();
+    noteFailure(result);
     if (result == kNotMatched) {
         position = cache_.tell();
         cache_.excerpt(position - before, position + after, excerpt);
+        diagnose(Severity::Error, fileName, position, syntaxError_);
     } else {
         position = -1;
+    }
+    if (result == kAborted && collector != nullptr && collector->size() == recorded) {
+        const TokenRecord* latest = tokenAt(0);
+        diagnoseToken(
+            Severity::Error, 0,
+            "cannot read '" + (latest != nullptr ? latest->text : std::string()) + "' here");
     }
     cache_.close();
     scanner_->reset(nullptr);

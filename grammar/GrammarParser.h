@@ -4,11 +4,15 @@
 // element only, without backtracking.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "grammar/Cache.h"
+#include "grammar/Diagnostics.h"
 #include "grammar/GrammarDefinition.h"
 #include "grammar/TokenScanner.h"
 
@@ -39,11 +43,21 @@ class GrammarParser {
     // As above, and reports where the parse stopped: after a syntax error `position` is where the
     // walk stopped and `excerpt` the input from `before` characters before it to `after`
     // characters after it; after success or an aborting action `position` is -1 and the excerpt
-    // empty; when the file cannot be opened, 0 and empty.
+    // empty; when the file cannot be opened, 0 and empty. With a diagnostics collector in scope,
+    // a syntax error is recorded there with syntaxError() as its message, and so is an aborting
+    // action that recorded nothing itself (at the latest token).
     bool parseFile(const std::string& fileName, long before, long after, std::string& excerpt,
                    long& position);
 
     const TokenRecord* tokenAt(std::size_t k) const { return scanner_->tokenAt(k); }
+    // Begin and end offset in the input of the token tokenAt(k) returns; 0, 0 when there is none.
+    std::pair<long, long> tokenSpan(std::size_t k) const;
+
+    // After a parse that ended not matched: the reason in words ("syntax error near '...':
+    // expected ..."; "'vertexA' begins with the keyword 'vertex'"; "unexpected end of input")
+    // and the offset where the walk stopped. Empty and -1 after any other parse.
+    const std::string& syntaxError() const { return syntaxError_; }
+    long errorPosition() const { return errorPosition_; }
     // The line of the source's current position. After a parse the source is closed and back at
     // position 0, so this says 1.
     int lineNumber() { return cache_.lineNumber(); }
@@ -59,17 +73,41 @@ class GrammarParser {
     TokenScanner& scanner() { return *scanner_; }
     Cache& source() { return cache_; }
 
+    // The file being parsed by parseFile() (empty for a string), for the actions' diagnostics.
+    const std::string& fileName() const { return fileName_; }
+    // Records a diagnostic at the start of token k (as for tokenAt()) of the file being parsed,
+    // in the collector in scope, if any.
+    void diagnoseToken(Severity severity, std::size_t k, std::string message) const;
+
   private:
     enum Result { kAborted = -1, kNotMatched = 0, kMatched = 1 };
 
     int walk();
     bool matchLiteral(const std::string& text);
     void skipBlanks();
+    void noteAccepted();
+    void noteExpected(int node, long position);
+    void noteFailure(int result);
+    std::string describeFailure(long position);
+    std::string keywordPrefix(long position);
+    bool isKeyword(int code, const std::string& text) const;
+    std::string gluedKeyword(const std::string& keyword);
+    std::string expectation() const;
 
     Cache cache_{1024};
     std::unique_ptr<TokenScanner> scanner_;
     std::shared_ptr<const GrammarDefinition> grammar_;
     bool limitReached_ = false;
+    std::string fileName_;
+    // Where the latest accepted tokens stand, in step with the scanner's history: a ring whose
+    // newest entry is at (spanCount_ - 1) % size.
+    std::array<std::pair<long, long>, TokenScanner::kHistoryDepth> spans_{};
+    std::size_t spanCount_ = 0;
+    // The terminals that failed at the furthest offset tried so far (grammar node indices).
+    std::vector<int> expected_;
+    long expectedAt_ = -1;
+    std::string syntaxError_;
+    long errorPosition_ = -1;
 };
 
 }  // namespace vellum

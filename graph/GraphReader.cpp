@@ -6,6 +6,7 @@
 #include "graph/GraphFormat.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/NumberText.h"
+#include "graph/ReaderMessages.h"
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
@@ -109,7 +110,9 @@ bool GraphReader::addVertex() {
     const std::int32_t number = integerValue(tokenText(0));
     DirectedGraphVertex* vertex = graph_->createVertex();
     vertex->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
-    vertexByNumber_.emplace(number, vertex);  // a later duplicate does not replace the first
+    // A later duplicate does not replace the first.
+    if (!vertexByNumber_.emplace(number, vertex).second)
+        diagnoseToken(Severity::Warning, 0, duplicateNumber("vertex", number));
     current_ = vertex;
     return true;
 }
@@ -182,13 +185,18 @@ bool GraphReader::addEdge() {
     DirectedGraphVertex* source = vertexNumbered(sourceNumber);
     DirectedGraphVertex* target = vertexNumbered(targetNumber);
     if (source == nullptr)
-        console() << "Vertex with number '" << sourceNumber << "' not found!!!\n";
+        reportMissingVertex(2, sourceNumber);
     if (target == nullptr)
-        console() << "Vertex with number '" << targetNumber << "' not found!!!\n";
+        reportMissingVertex(0, targetNumber);
     if (source == nullptr || target == nullptr)
         return false;
     current_ = graph_->createEdge(source, target);
     return current_ != nullptr;
+}
+
+void GraphReader::reportMissingVertex(std::size_t token, std::int32_t number) const {
+    console() << "Vertex with number '" << number << "' not found!!!\n";
+    diagnoseToken(Severity::Error, token, missingVertex(number));
 }
 
 bool GraphReader::setLabel() {

@@ -40,6 +40,7 @@ class GraphReader : public GrammarParser {
     bool addVectorElement();
     bool finishVector();
     bool addEdge();
+    void reportMissingVertex(std::size_t token, std::int32_t number) const;
     bool setLabel();
     DirectedGraphVertex* vertexNumbered(std::int32_t number) const;
 

@@ -4,9 +4,11 @@
 #include "grammar/ParseReport.h"
 #include "graph/AttributeExpression.h"
 #include "graph/BooleanAttribute.h"
+#include "graph/ExpressionCheck.h"
 #include "graph/GraphFormat.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/NumberText.h"
+#include "graph/ReaderMessages.h"
 #include "graph/RealAttribute.h"
 #include "graph/RuleObjectData.h"
 #include "graph/StringAttribute.h"
@@ -103,6 +105,7 @@ void RuleReader::reset(DirectedGraphRule& rule) {
 
 bool RuleReader::read(const std::string& fileName, DirectedGraphRule& rule) {
     reset(rule);
+    nameOffset_ = 0;
     std::string excerpt;
     long position = 0;
     const bool ok = parseFile(fileName, kExcerptBefore, kExcerptAfter, excerpt, position);
@@ -186,6 +189,7 @@ bool RuleReader::isExpression(std::size_t k) const {
 
 bool RuleReader::setName() {
     rule_->setName(std::string(tokenText(0)));
+    nameOffset_ = tokenSpan(0).first;
     return true;
 }
 
@@ -218,7 +222,8 @@ bool RuleReader::startRightSide() {
 
 bool RuleReader::addInterfacePair() {
     const PairKind kind = tokenCode(3) == kVertexCode ? PairKind::Vertex : PairKind::Edge;
-    pairs_.push_back({kind, integerValue(tokenText(2)), integerValue(tokenText(0))});
+    pairs_.push_back({kind, integerValue(tokenText(2)), integerValue(tokenText(0)),
+                      tokenSpan(2).first, tokenSpan(0).first});
     return true;
 }
 
@@ -228,14 +233,30 @@ bool RuleReader::resolveInterface() {
     interface.clear();
     for (const NumberPair& pair : pairs_) {
         if (pair.kind == PairKind::Vertex) {
-            interface.addVertexPair(numbered(leftVertices_, pair.left),
-                                    numbered(rightVertices_, pair.right));
+            DirectedGraphVertex* left = numbered(leftVertices_, pair.left);
+            DirectedGraphVertex* right = numbered(rightVertices_, pair.right);
+            interface.addVertexPair(left, right);
+            checkInterfaceNumber(pair.kind, left != nullptr, pair.left, pair.leftAt, "left");
+            checkInterfaceNumber(pair.kind, right != nullptr, pair.right, pair.rightAt, "right");
         } else {
-            interface.addEdgePair(numbered(leftEdges_, pair.left),
-                                  numbered(rightEdges_, pair.right));
+            DirectedGraphEdge* left = numbered(leftEdges_, pair.left);
+            DirectedGraphEdge* right = numbered(rightEdges_, pair.right);
+            interface.addEdgePair(left, right);
+            checkInterfaceNumber(pair.kind, left != nullptr, pair.left, pair.leftAt, "left");
+            checkInterfaceNumber(pair.kind, right != nullptr, pair.right, pair.rightAt, "right");
         }
     }
     return true;
+}
+
+void RuleReader::checkInterfaceNumber(PairKind kind, bool found, std::int32_t number, long at,
+                                      const char* side) const {
+    if (found)
+        return;
+    const char* what = kind == PairKind::Vertex ? "vertex" : "edge";
+    diagnose(Severity::Warning, fileName(), at,
+             std::string("the interface names ") + what + " '" + std::to_string(number) +
+                 "', which the " + side + "-hand side does not have");
 }
 
 bool RuleReader::addVertex() {
@@ -244,7 +265,9 @@ bool RuleReader::addVertex() {
     const std::int32_t number = integerValue(tokenText(0));
     DirectedGraphVertex* vertex = graph_->createVertex();
     vertex->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
-    verticesOfSide().emplace(number, vertex);  // a later duplicate does not replace the first
+    // A later duplicate does not replace the first.
+    if (!verticesOfSide().emplace(number, vertex).second)
+        diagnoseToken(Severity::Warning, 0, duplicateNumber("vertex", number));
     current_ = currentVertex_ = vertex;
     if (tokenCode(1) != kReferenceCode)
         return true;
@@ -255,12 +278,17 @@ bool RuleReader::addVertex() {
     console() << "WARNING!!!\n"
               << "You can't force a reference to a node on the right hand side of the rule!\n"
               << "Ignoring this time...\n";
+    diagnoseToken(Severity::Warning, 1,
+                  "You can't force a reference to a node on the right hand side of the rule: "
+                  "the '@' is ignored");
     return true;
 }
 
 bool RuleReader::addReference() {
     if (side_ != Side::Right) {
         console() << "You can't reference a node in the left hand side of the rule!!!\n";
+        diagnoseToken(Severity::Error, 1,
+                      "You can't reference a node in the left hand side of the rule");
         return false;
     }
     const std::int32_t number = integerValue(tokenText(0));
@@ -268,6 +296,9 @@ bool RuleReader::addReference() {
     if (left == nullptr) {
         console() << "Could not resolve the reference to vertex with the number '" << number
                   << "' !!!\n";
+        diagnoseToken(Severity::Error, 0,
+                      "Could not resolve the reference to vertex with the number '" +
+                          std::to_string(number) + "'");
         return false;
     }
     if (currentVertex_ == nullptr)
@@ -279,6 +310,8 @@ bool RuleReader::addReference() {
 bool RuleReader::setVariable() {
     if (side_ != Side::Left) {
         console() << "Variables are only allowed on the left hand side of the rule!!!\n";
+        diagnoseToken(Severity::Error, 0,
+                      "Variables are only allowed on the left hand side of the rule");
         return false;
     }
     if (current_ == nullptr)
@@ -300,6 +333,7 @@ bool RuleReader::addBoolean() {
     const int code = tokenCode(0);
     if (current_ == nullptr || (code != kTrueCode && code != kFalseCode))
         return false;
+    warnLeftAttribute(tokenSpan(1).first, std::string(tokenText(1)));
     current_->addAttribute(
         std::make_unique<BooleanAttribute>(std::string(tokenText(1)), code == kTrueCode));
     return true;
@@ -312,6 +346,7 @@ bool RuleReader::addScalar(int action) {
         return false;
     std::string name(tokenText(1));
     const std::string_view value = tokenText(0);
+    warnLeftAttribute(tokenSpan(1).first, name);
     if (action == kInteger) {
         current_->addAttribute(std::make_unique<IntegerAttribute>(name, integerValue(value)));
     } else if (action == kReal) {
@@ -328,10 +363,15 @@ bool RuleReader::addScalar(int action) {
 bool RuleReader::addExpressionAttribute(int action) {
     if (side_ != Side::Right) {
         console() << "Expressions are only allowed on the right hand side of the rule!!!\n";
+        diagnoseToken(Severity::Error, 0,
+                      "Expressions are only allowed on the right hand side of the rule");
         return false;
     }
     if (!rule_->hasVariables()) {
         console() << "No variables defined!!!\n";
+        diagnoseToken(Severity::Error, 0,
+                      "No variables defined: an expression reads the variables of the "
+                      "left-hand side");
         return false;
     }
     if (current_ == nullptr)
@@ -352,13 +392,47 @@ bool RuleReader::addExpressionAttribute(int action) {
             attribute = std::make_unique<StringAttribute>(name, std::string());
             break;
     }
-    setExpression(*attribute, expressionText(tokenText(0)));
+    const std::string text = expressionText(tokenText(0));
+    checkExpression(text, 0, "the expression of the attribute '" + name + "'");
+    setExpression(*attribute, text);
     current_->addAttribute(std::move(attribute));
     return true;
 }
 
+void RuleReader::warnLeftAttribute(long at, const std::string& name) const {
+    if (side_ != Side::Left)
+        return;
+    diagnose(Severity::Warning, fileName(), at,
+             "the attribute '" + name +
+                 "' of a left-hand-side element does not restrict matching (only the label "
+                 "does); test it in the application condition");
+}
+
+void RuleReader::checkExpression(const std::string& text, std::size_t token,
+                                 const std::string& subject) const {
+    if (Diagnostics::current() == nullptr)
+        return;  // building expressions costs: only where someone collects the findings
+    std::vector<std::string> variables;
+    const DirectedGraph& left = rule_->leftSide();
+    for (const DirectedGraphVertex& vertex : left.vertices()) {
+        if (!variableOf(vertex).empty())
+            variables.push_back(variableOf(vertex));
+    }
+    for (const DirectedGraphEdge& edge : left.edges()) {
+        if (!variableOf(edge).empty())
+            variables.push_back(variableOf(edge));
+    }
+    const ExpressionProblem problem = vellum::checkExpression(text, variables);
+    if (problem.reason.empty())
+        return;
+    // The text starts one character after the token's "[".
+    diagnose(Severity::Error, fileName(), tokenSpan(token).first + 1 + problem.offset,
+             subject + " " + problem.reason);
+}
+
 bool RuleReader::startVector() {
     vectorName_ = std::string(tokenText(0));
+    vectorNameAt_ = tokenSpan(0).first;
     vectorElements_.clear();
     return true;
 }
@@ -371,6 +445,7 @@ bool RuleReader::addVectorElement() {
 bool RuleReader::finishVector() {
     if (current_ == nullptr)
         return false;
+    warnLeftAttribute(vectorNameAt_, vectorName_);
     current_->addAttribute(std::make_unique<VectorAttribute>(vectorName_, vectorElements_));
     return true;
 }
@@ -384,22 +459,30 @@ bool RuleReader::addEdge() {
     DirectedGraphVertex* source = numbered(verticesOfSide(), sourceNumber);
     DirectedGraphVertex* target = numbered(verticesOfSide(), targetNumber);
     if (source == nullptr)
-        console() << "Vertex with number '" << sourceNumber << "' not found!!!\n";
+        reportMissingVertex(2, sourceNumber);
     if (target == nullptr)
-        console() << "Vertex with number '" << targetNumber << "' not found!!!\n";
+        reportMissingVertex(0, targetNumber);
     if (source == nullptr || target == nullptr)
         return false;
     DirectedGraphEdge* edge = graph_->createEdge(source, target);
     if (edge == nullptr)
         return false;
     edge->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
-    edgesOfSide().emplace(number, edge);
+    if (!edgesOfSide().emplace(number, edge).second)
+        diagnoseToken(Severity::Warning, 3, duplicateNumber("edge", number));
     current_ = edge;
     return true;
 }
 
+void RuleReader::reportMissingVertex(std::size_t token, std::int32_t number) const {
+    console() << "Vertex with number '" << number << "' not found!!!\n";
+    diagnoseToken(Severity::Error, token, missingVertex(number));
+}
+
 bool RuleReader::setCondition() {
-    rule_->setCondition(expressionText(tokenText(0)));
+    const std::string text = expressionText(tokenText(0));
+    checkExpression(text, 0, "the application condition");
+    rule_->setCondition(text);
     return true;
 }
 

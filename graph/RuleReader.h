@@ -30,6 +30,9 @@ class RuleReader : public GrammarParser {
 
     int onAction(int number) override;
 
+    // Where the rule's name stands in the file last read (0 when it was not read).
+    long nameOffset() const { return nameOffset_; }
+
   private:
     enum class Side { None, Left, Right };
     enum class PairKind { Vertex, Edge };
@@ -37,6 +40,8 @@ class RuleReader : public GrammarParser {
         PairKind kind;
         std::int32_t left;
         std::int32_t right;
+        long leftAt;  // offsets of the two numbers, for diagnostics
+        long rightAt;
     };
     template <typename T>
     using Numbered = std::unordered_map<std::int32_t, T*>;
@@ -66,6 +71,13 @@ class RuleReader : public GrammarParser {
     bool addEdge();
     bool setCondition();
     void removeNumbers();
+    void warnLeftAttribute(long at, const std::string& name) const;
+    void checkInterfaceNumber(PairKind kind, bool found, std::int32_t number, long at,
+                              const char* side) const;
+    // Records why the expression in token k would fail when the rule is applied, if it would.
+    void checkExpression(const std::string& text, std::size_t token,
+                         const std::string& subject) const;
+    void reportMissingVertex(std::size_t token, std::int32_t number) const;
 
     Numbered<DirectedGraphVertex>& verticesOfSide() {
         return side_ == Side::Left ? leftVertices_ : rightVertices_;
@@ -80,7 +92,9 @@ class RuleReader : public GrammarParser {
     GraphObject* current_ = nullptr;  // the vertex or edge that labels and attributes go to
     DirectedGraphVertex* currentVertex_ = nullptr;  // the latest vertex, for its reference
     std::string vectorName_;
+    long vectorNameAt_ = 0;
     std::vector<double> vectorElements_;
+    long nameOffset_ = 0;
     std::vector<NumberPair> pairs_;  // the interface as numbers, until the right side is read
     Numbered<DirectedGraphVertex> leftVertices_, rightVertices_;
     Numbered<DirectedGraphEdge> leftEdges_, rightEdges_;

@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
-#include <deque>
-#include <fstream>
 #include <string>
-#include <tuple>
 #include <utility>
 
 #include "grammar/Console.h"
 #include "grammar/ParseReport.h"
-#include "grammar/TokenScanner.h"
+#include "grammar/SourceLines.h"
 #include "koral/GraphClassHandlers.h"
 #include "koral/KoralApply.h"
 #include "koral/KoralCall.h"
@@ -23,77 +20,6 @@
 #include "koral/RuleCache.h"
 
 namespace vellum {
-
-// Keeps, beside the scanner's token history, where each accepted token stands in the input, so
-// that statements can record their source position.
-class PositionScanner : public TokenScanner {
-  public:
-    explicit PositionScanner(Cache& source) : source_(source) {}
-
-    // The source stands right after the token when it is accepted.
-    int onToken(int code) override {
-        const long end = source_.tell();
-        spans_.push_front({end - static_cast<long>(text().size()), end});
-        if (spans_.size() > kHistoryDepth)
-            spans_.pop_back();
-        return code;
-    }
-
-    // Begin and end offset of the k-th latest token (k as for tokenAt()).
-    std::pair<long, long> span(std::size_t k) const {
-        return k < spans_.size() ? spans_[k] : std::pair<long, long>{0, 0};
-    }
-    void clear() { spans_.clear(); }
-
-  private:
-    Cache& source_;
-    std::deque<std::pair<long, long>> spans_;
-};
-
-// Line and column of offsets in the module file, found by reading on from the offset asked for
-// last: the compiler asks in text order, so one parse reads the file once, in constant memory
-// (an index of line starts would grow with the file, which may be anything a user hands over).
-class LineCursor {
-  public:
-    explicit LineCursor(std::string file) : file_(std::move(file)) {}
-
-    // 1-based line and column of `offset`; an offset past the end gives the end's.
-    std::pair<int, int> locate(long offset) {
-        // Opened on first use, once the parser has read a statement: the file is then known to
-        // be a regular one (opening a named pipe here would wait for a writer).
-        if (!in_.is_open())
-            in_.open(file_, std::ios::binary);
-        if (offset < offset_)
-            rewind();
-        std::streambuf* text = in_.rdbuf();
-        while (offset_ < offset && in_) {
-            const auto c = text->sbumpc();
-            if (c == std::char_traits<char>::eof())
-                break;
-            ++offset_;
-            if (c == '\n') {
-                ++line_;
-                lineStart_ = offset_;
-            }
-        }
-        return {line_, static_cast<int>(offset_ - lineStart_) + 1};
-    }
-
-  private:
-    void rewind() {
-        in_.clear();
-        in_.seekg(0);
-        offset_ = 0;
-        line_ = 1;
-        lineStart_ = 0;
-    }
-
-    std::string file_;
-    std::ifstream in_;
-    long offset_ = 0;     // where the file stands
-    int line_ = 1;        // the line of offset_
-    long lineStart_ = 0;  // where that line begins
-};
 
 namespace {
 
@@ -148,9 +74,6 @@ bool ModuleLoadChain::contains(std::string_view moduleName) const {
 }
 
 ModuleCompiler::ModuleCompiler() {
-    auto scanner = std::make_unique<PositionScanner>(source());
-    positions_ = scanner.get();
-    setScanner(std::move(scanner));
     loadGrammar(kModuleGrammar, kModuleTokens);
 }
 
@@ -164,7 +87,6 @@ void ModuleCompiler::reset() {
     apply_ = nullptr;
     firstSeparator_ = false;
     initialCondition_ = false;
-    positions_->clear();
 }
 
 std::unique_ptr<koralModule> ModuleCompiler::compile(const std::string& file,
@@ -248,9 +170,11 @@ koralSourcePosition ModuleCompiler::record(std::string label, int code, std::siz
     position.label = std::move(label);
     position.code = code;
     position.module = module_.get();
-    position.begin = positions_->span(firstToken).first;
-    position.end = positions_->span(0).second;
-    std::tie(position.line, position.column) = lines_->locate(position.begin);
+    position.begin = tokenSpan(firstToken).first;
+    position.end = tokenSpan(0).second;
+    const SourcePlace place = lines_->locate(position.begin);
+    position.line = place.line;
+    position.column = place.column;
     return position;
 }
 
@@ -258,11 +182,16 @@ std::unique_ptr<KoralCondition> ModuleCompiler::compileCondition(const std::stri
     const std::string text = conditionText(token);
     try {
         auto condition = GraphClassHandlers::instance().compileCondition(graphClass_, this, text);
-        if (condition == nullptr)
+        if (condition == nullptr) {
             console() << "Expression '" << text << "' contains errors!!!\n";
+            diagnoseToken(Severity::Error, 0,
+                          "the condition (" + text + ") does not compile for the graph class '" +
+                              graphClass_ + "'");
+        }
         return condition;
     } catch (const koralException& e) {
         console() << e.message() << "\n";
+        diagnoseToken(Severity::Error, 0, plainMessage(e.message()));
         return nullptr;
     }
 }
@@ -275,13 +204,19 @@ bool ModuleCompiler::setModuleName() {
 bool ModuleCompiler::setGraphClass() {
     graphClass_ = tokenText(0);
     module_->setGraphClass(graphClass_);
-    return GraphClassHandlers::instance().open(graphClass_);
+    if (GraphClassHandlers::instance().open(graphClass_))
+        return true;
+    diagnoseToken(Severity::Error, 0,
+                  "Could not open the graph class handler for '" + graphClass_ + "'");
+    return false;
 }
 
 bool ModuleCompiler::useModule() {
     const koralModule* used = ModuleCache::instance().load(tokenText(0), &chain_);
-    if (used == nullptr)
+    if (used == nullptr) {
+        diagnoseToken(Severity::Error, 0, "Module '" + tokenText(0) + "' could not be loaded");
         return false;
+    }
     module_->addUse(*used);
     return true;
 }
@@ -308,8 +243,9 @@ bool ModuleCompiler::addCall() {
         current_->push_back(std::make_unique<koralCall>(
             tokenText(0), record("CALL", koralSourcePosition::kCall, 1)));
     } catch (const koralException& e) {
-        // The statement is left out and the module compiles on.
+        // The statement is left out and the module compiles on; the run would miss it.
         reportCaught(e);
+        diagnoseToken(Severity::Error, 0, plainMessage(e.message()));
     }
     return true;
 }
@@ -328,6 +264,7 @@ bool ModuleCompiler::startApply() {
             count = wholePart(tokenText(1));
             if (count < 2) {
                 console() << "The number of times must be greater than one!\n";
+                diagnoseToken(Severity::Error, 1, "The number of times must be greater than one");
                 return false;
             }
             mode = koralApply::Mode::Times;
@@ -355,6 +292,7 @@ bool ModuleCompiler::addAlternative() {
         unit = findUnit(name, graphClass_, &chain_);
     if (unit == nullptr) {
         console() << "Unit or rule '" << name << "' not found!!!\n";
+        diagnoseToken(Severity::Error, 0, "Unit or rule '" + name + "' not found");
         return false;
     }
     apply_->addUnit(*unit, record(name, koralSourcePosition::kUnitAlternative, 0));
@@ -384,6 +322,7 @@ bool ModuleCompiler::mayOpenStatement() const {
     if (open_.size() < kMaxOpenStatements)
         return true;
     console() << "Statements nested too deeply!!!\n";
+    diagnoseToken(Severity::Error, 1, "Statements nested too deeply");  // at the "if" or "while"
     return false;
 }
 
@@ -445,6 +384,7 @@ bool ModuleCompiler::setOrdering() {
     if (ordering == apply_->ordering())
         return true;
     console() << "Expected '" << separator << "' but got '" << separator << "'!!!\n";
+    diagnoseToken(Severity::Error, 0, "'|' and '<' cannot be mixed in one apply statement");
     return false;
 }
 

@@ -18,7 +18,6 @@ namespace vellum {
 class koralApply;
 class koralIf;
 class LineCursor;
-class PositionScanner;
 
 // The modules being compiled on this thread, innermost first, so that a module that uses itself
 // (directly or through others) is refused instead of being loaded without end.
@@ -83,7 +82,6 @@ class ModuleCompiler : public GrammarParser {
     bool setOrdering();
     bool mayOpenStatement() const;
 
-    PositionScanner* positions_;  // owned by the base class
     std::unique_ptr<LineCursor> lines_;
     ModuleLoadChain chain_;
     std::unique_ptr<koralModule> module_;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "grammar/GrammarParser.h"
+#include "grammar/SourceLines.h"
 #include "grammar/tests/TempFile.h"
 
 namespace vellum {
@@ -260,6 +261,65 @@ TEST(GrammarParser, GrammarsThatLoopWithoutReadingFailInsteadOfHanging) {
         ASSERT_TRUE(parser.loaded()) << grammar;
         EXPECT_FALSE(parser.parseString("x+b")) << grammar;
         EXPECT_TRUE(parser.limitReached()) << grammar;
+    }
+}
+
+// What a syntax error says: what stood there, what was expected, a keyword glued to a name, the
+// end of the input; recorded with its offset in the collector in scope, and the spans of the
+// tokens accepted.
+TEST(GrammarParser, SyntaxErrorsSayWhatWasFoundAndExpected) {
+    const std::string grammar = "LIST = \"(\" $NUMBER { \",\" $NUMBER } \")\" <1>.\n#LIST.";
+    const struct {
+        std::string input;
+        long position;
+        std::string reason;
+    } rows[] = {
+        {"(1, x)", 4, "syntax error near 'x)': expected a number"},
+        {"(1 2)", 3, "syntax error near '2)': expected ',' or ')'"},
+        {"(1, truex)", 4, "'truex' begins with the keyword 'true': expected a number"},
+        {"(1,\n", 4, "unexpected end of input: expected a number"},
+    };
+    for (const auto& row : rows) {
+        Recorder parser(grammar);
+        TempFile file(row.input);
+        Diagnostics found;
+        const DiagnosticsScope scope(found);
+        std::string excerpt;
+        long position = 0;
+        EXPECT_FALSE(parser.parseFile(file.path(), 6, 16, excerpt, position)) << row.input;
+        EXPECT_EQ(parser.syntaxError(), row.reason) << row.input;
+        ASSERT_EQ(found.size(), 1u) << row.input;
+        EXPECT_EQ(found.all()[0].offset, row.position) << row.input;
+        EXPECT_EQ(found.all()[0].message, row.reason) << row.input;
+        EXPECT_EQ(found.all()[0].file, file.path()) << row.input;
+    }
+    Recorder parser(grammar);
+    ASSERT_TRUE(parser.parseString("( 12 ,  7 )"));
+    EXPECT_EQ(parser.tokenSpan(0), (std::pair<long, long>{8, 9}));
+    EXPECT_EQ(parser.tokenSpan(1), (std::pair<long, long>{2, 4}));
+    EXPECT_EQ(parser.tokenSpan(2), (std::pair<long, long>{0, 0}));
+}
+
+// Lines and columns count from 1, columns in bytes with a tab as 1; the caret line repeats the
+// tabs so that the caret stands under the column.
+TEST(SourceLines, RendersTheLineAndACaretUnderTheColumn) {
+    TempFile file("first\r\n\tx = 1;\nlast");
+    const struct {
+        long offset;
+        Severity severity;
+        std::string text;
+    } rows[] = {
+        {3, Severity::Error, ":1:4: error: WHAT\nfirst\n   ^\n"},
+        {8, Severity::Warning, ":2:2: warning: WHAT\n\tx = 1;\n\t^\n"},
+        {12, Severity::Error, ":2:6: error: WHAT\n\tx = 1;\n\t    ^\n"},
+        {0, Severity::Error, ":1:1: error: WHAT\nfirst\n^\n"},
+        {99, Severity::Error, ":3:5: error: WHAT\nlast\n    ^\n"},
+    };
+    LineCursor cursor(file.path());
+    for (const auto& row : rows) {
+        EXPECT_EQ(renderDiagnostic({file.path(), row.offset, row.severity, "WHAT"}, cursor),
+                  file.path() + row.text)
+            << row.offset;
     }
 }
 
