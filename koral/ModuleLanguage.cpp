@@ -1,10 +1,17 @@
 #include "koral/ModuleLanguage.h"
 
+#include "grammar/Cache.h"
 #include "grammar/CharacterClasses.h"
+#include "grammar/TokenScanner.h"
 
 namespace vellum {
 
 namespace {
+
+// Codes of the tokens that are not keywords.
+constexpr int kCommentCode = 0;
+constexpr int kConditionCode = 30;
+constexpr int kFirstValueCode = 1000;
 
 constexpr auto kModuleTokenText = joinText(R"TOKENS(
 $COMMENT : 0 = "%" {"$CHAR$"}.
@@ -60,5 +67,21 @@ INITIAL = $LXINITIAL ":" <8> [$LXCONDITION <9>].
 TERMINAL = $LXTERMINAL ":" <8> [$LXCONDITION <9>].
 #MOD.
 )GRAMMAR";
+
+}  // namespace vellum
+
+namespace vellum {
+
+std::string leadingKeyword(const std::string& name) {
+    TokenScanner scanner;
+    Cache text;
+    if (!scanner.loadDefinitions(kModuleTokens) || !text.attach(name.c_str()))
+        return {};
+    scanner.reset(&text);
+    const int code = scanner.nextToken();
+    if (code < 0 || code == kCommentCode || code == kConditionCode || code >= kFirstValueCode)
+        return {};
+    return scanner.text();
+}
 
 }  // namespace vellum

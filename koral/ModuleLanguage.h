@@ -3,6 +3,8 @@
 // parses with them; a module editor may use them too (for example to colour keywords).
 #pragma once
 
+#include <string>
+
 namespace vellum {
 
 // The token definitions, in the order the scanner tries them: keywords first, so that a name
@@ -10,5 +12,9 @@ namespace vellum {
 extern const char* const kModuleTokens;
 // The grammar, start symbol MOD; actions <1> to <18> build the module.
 extern const char* const kModuleGrammar;
+
+// The keyword that `name` is or begins with ("initial" for "initialize"), as the module scanner
+// reads it: a module cannot name such a rule or unit. Empty for a name a module can write.
+std::string leadingKeyword(const std::string& name);
 
 }  // namespace vellum

@@ -1,19 +1,25 @@
-// vellum-cli check FILE...: reads each file with the reader that its extension names, lets the
-// readers' console messages through to standard output and prints one summary line for each
-// file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule, "FILE:
+// vellum-cli check [--strict] FILE...: reads each file with the reader that its extension names,
+// lets the readers' console messages through to standard output and prints one summary line for
+// each file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule, "FILE:
 // module 'NAME', N units" for a module, compiled with its folder as module and rule search path
-// where those are unset). Exit status 1 when any file failed.
+// where those are unset). On standard error it shows, with their places, what the readers found:
+// errors, including what would only fail later (an expression that does not compile, a method
+// that a call cannot find), and warnings about what is legal but almost surely a mistake. Exit
+// status 1 when any file failed or had an error, or, with --strict, a warning.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/RuleReader.h"
 #include "koral/KoralModule.h"
+#include "koral/ModuleLanguage.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/DiagnosticsOutput.h"
 
 namespace vellum::cli {
 namespace {
@@ -40,10 +46,17 @@ bool checkGraph(const std::string& file) {
 }
 
 bool checkRule(const std::string& file) {
-    const std::unique_ptr<DirectedGraphRule> rule = loadRule(file);
-    if (rule == nullptr)
+    DirectedGraphRule rule;
+    RuleReader reader;
+    if (!reader.read(file, rule))
         return false;
-    std::cout << file << ": rule '" << rule->name() << "'\n";
+    const std::string keyword = leadingKeyword(rule.name());
+    if (!keyword.empty()) {
+        diagnose(Severity::Warning, file, reader.nameOffset(),
+                 "the rule name '" + rule.name() + "' begins with the keyword '" + keyword +
+                     "', so a module cannot apply it");
+    }
+    std::cout << file << ": rule '" << rule.name() << "'\n";
     return true;
 }
 
@@ -78,17 +91,17 @@ const Reader* readerFor(const std::string& file) {
 }
 
 bool checkFile(const std::string& file) {
-    const Reader* reader = readerFor(file);
-    if (reader == nullptr) {
-        std::cerr << "vellum-cli check: '" << file
-                  << "' has no known file type (.dg, .drl, .mod)\n";
-        return false;
-    }
     // Asked before opening: opening a named pipe would wait for a writer.
     std::error_code error;
     const auto status = std::filesystem::status(file, error);
     if (std::filesystem::is_directory(status)) {
         std::cerr << "vellum-cli check: '" << file << "' is a folder\n";
+        return false;
+    }
+    const Reader* reader = readerFor(file);
+    if (reader == nullptr) {
+        std::cerr << "vellum-cli check: '" << file
+                  << "' has no known file type (.dg, .drl, .mod)\n";
         return false;
     }
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
@@ -105,15 +118,33 @@ bool checkFile(const std::string& file) {
 }  // namespace
 
 int runCheck(const Arguments& arguments) {
-    if (arguments.empty())
-        return usage("no file given");
-    bool allRead = true;
-    for (const std::string& file : arguments) {
-        if (!checkFile(file))
-            allRead = false;
+    bool strict = false;
+    std::vector<std::string> files;
+    for (const std::string& argument : arguments) {
+        if (argument == "--strict")
+            strict = true;
+        else
+            files.push_back(argument);
     }
-    std::cout.flush();
-    return allRead ? kExitOk : kExitFailed;
+    if (files.empty())
+        return usage("no file given");
+    bool passed = true;
+    for (const std::string& file : files) {
+        Diagnostics found;
+        bool read = false;
+        {
+            const DiagnosticsScope scope(found);
+            read = checkFile(file);
+        }
+        // The summary line first: both streams may go to one terminal.
+        std::cout.flush();
+        printDiagnostics(std::cerr, found, true);
+        const bool failed =
+            found.count(Severity::Error) > 0 || (strict && found.count(Severity::Warning) > 0);
+        if (!read || failed)
+            passed = false;
+    }
+    return passed ? kExitOk : kExitFailed;
 }
 
 }  // namespace vellum::cli

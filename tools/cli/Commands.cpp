@@ -10,8 +10,10 @@ const std::vector<Command>& commands() {
     static const std::vector<Command> table = {
         {"eval", "EXPR [NAME=VALUE ...]",
          "Evaluates an expression with the given bindings and prints its type and value.", runEval},
-        {"check", "FILE...",
-         "Reads graph (.dg), rule (.drl) and module (.mod) files and reports what it read.",
+        {"check", "[--strict] FILE...",
+         "Reads graph (.dg), rule (.drl) and module (.mod) files and reports what it read; on "
+         "standard error it shows each error and warning as FILE:LINE:COLUMN. --strict makes "
+         "warnings fail the check.",
          runCheck},
         {"convert", "IN OUT", "Reads a graph or rule file and writes it in the standard layout.",
          runConvert},

@@ -46,7 +46,8 @@ bool openInput(const std::string& file, std::string_view command);
 
 // `eval EXPR [NAME=VALUE ...]`: evaluates an expression with the given bindings.
 int runEval(const Arguments& arguments);
-// `check FILE...`: reads each file and prints a summary line per file read.
+// `check [--strict] FILE...`: reads each file and prints a summary line per file read, and its
+// diagnostics on standard error.
 int runCheck(const Arguments& arguments);
 // `convert IN OUT`: reads IN and writes it to OUT in the format of OUT's extension.
 int runConvert(const Arguments& arguments);

@@ -1,10 +1,11 @@
 // vellum-cli: Vellum without a display. Dispatches to one subcommand; the console log goes to
-// standard output.
+// standard output, the readers' errors with their places to standard error.
 #include <iostream>
 #include <string>
 
 #include "koral/BundledDefaults.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/DiagnosticsOutput.h"
 
 namespace {
 
@@ -44,6 +45,7 @@ int main(int argc, char** argv) {
         if (name != command.name)
             continue;
         const Arguments arguments(argv + 2, argv + argc);
+        const ErrorsOnStandardError diagnostics;
         return asksForHelp(arguments) ? printHelp(command) : command.run(arguments);
     }
     std::cerr << "vellum-cli: unknown command '" << name << "'\n";
