@@ -1,5 +1,5 @@
 // Fuzz target: arbitrary bytes read by the real rule file reader; a rule that reads is written
-// and read again.
+// and must read again, unless the writer refuses it with its reason.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -22,7 +22,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!rule)
         return 0;
     vellum::testing::TempFile copy("");
-    check(vellum::saveRule(*rule, copy.path()));
-    (void)vellum::loadRule(copy.path());
+    capture.reset();
+    if (!vellum::saveRule(*rule, copy.path())) {
+        check(capture.text().find(" in a rule file\nCould not write the file '") !=
+              std::string::npos);
+        return 0;
+    }
+    check(vellum::loadRule(copy.path()) != nullptr);
     return 0;
 }

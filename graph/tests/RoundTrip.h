@@ -53,8 +53,10 @@ class RandomBuilder {
             fillObject(*made.back(), rightSide);
         }
         for (unsigned i = made.empty() ? 0 : draw_.next(5); i > 0; --i) {
-            DirectedGraphEdge* edge =
-                graph.createEdge(made[draw_.next(vertices)], made[draw_.next(vertices)]);
+            // One statement per draw: the order of arguments is the compiler's choice.
+            DirectedGraphVertex* source = made[draw_.next(vertices)];
+            DirectedGraphVertex* target = made[draw_.next(vertices)];
+            DirectedGraphEdge* edge = graph.createEdge(source, target);
             fillObject(*edge, rightSide);
         }
     }
@@ -85,14 +87,15 @@ class RandomBuilder {
             }
             return nullptr;
         };
-        rule.editInterface().addVertexPair(vertexAt(rule.editLeftSide()),
-                                           vertexAt(rule.editRightSide()));
+        DirectedGraphVertex* left = vertexAt(rule.editLeftSide());
+        DirectedGraphVertex* right = vertexAt(rule.editRightSide());
+        rule.editInterface().addVertexPair(left, right);
     }
 
     void fillObject(GraphObject& object, bool rightSide) {
         object.setLabel(label());
         if (kind_ == FileKind::Rule && draw_.next(rightSide ? 16 : 3) == 0) {
-            setVariable(object, name());
+            setVariable(object, name(true));
             if (rightSide)
                 unwritable_ = true;
         }
@@ -106,6 +109,7 @@ class RandomBuilder {
             object.addAttribute(std::make_unique<IntegerAttribute>(attributeName, 1));
             return;  // a second of one name is dropped; internal ones are never written
         }
+        const bool nameUnwritable = unwritable_;
         std::unique_ptr<Attribute> attribute;
         switch (draw_.next(5)) {
             case 0:
@@ -130,6 +134,7 @@ class RandomBuilder {
             }
         }
         if (kind_ == FileKind::Rule && draw_.next(rightSide ? 3 : 24) == 0) {
+            unwritable_ = nameUnwritable;  // the expression is written, not the value
             setExpression(*attribute, quoted(']'));
             hasExpression_ = true;
             if (!rightSide || attribute->type() == AttributeType::Vector)
@@ -177,14 +182,17 @@ class RandomBuilder {
     }
 
     // An identifier, or something the reader would not take for one.
-    std::string name() {
+    // An empty label or variable is none, which is fine.
+    std::string name(bool emptyIsNone = false) {
         switch (draw_.next(32)) {
             case 0:
                 unwritable_ = true;
                 return keywordPrefixed();
-            case 1:
-                unwritable_ = true;
-                return nonIdentifier();
+            case 1: {
+                std::string text = nonIdentifier();
+                unwritable_ = unwritable_ || !(emptyIsNone && text.empty());
+                return text;
+            }
             case 2:
                 return "N" + std::string(126, 'x');  // the longest identifier
             case 3:
@@ -205,7 +213,7 @@ class RandomBuilder {
                     unwritable_ = true;
                 return "*";
             default:
-                return name();
+                return name(true);
         }
     }
 

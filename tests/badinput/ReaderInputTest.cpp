@@ -11,6 +11,8 @@
 #include <string>
 
 #include "BadInputSupport.h"
+#include "grammar/TokenDefinitions.h"
+#include "graph/GraphFormat.h"
 #include "graph/GraphReader.h"
 #include "graph/RuleReader.h"
 
@@ -101,6 +103,9 @@ struct LongTokenRow {
     Reader reader;
     std::string (*token)(std::size_t length);
     std::string (*text)(const std::string& token);
+    // Numbers, strings and expressions of graph and rule files may be long (a real is written
+    // in plain decimal); everything else keeps the engine's 127 characters.
+    std::size_t longest = kMaxTokenText;
 };
 
 const LongTokenRow kLongTokenRows[] = {
@@ -111,9 +116,10 @@ const LongTokenRow kLongTokenRows[] = {
     {"attribute name", Reader::Graph, identifier,
      [](const std::string& t) { return graphWith("integer " + t + " = 1"); }},
     {"vertex number", Reader::Graph, digits,
-     [](const std::string& t) { return "directed graph g\n{\n\tvertex " + t + "\n}\n"; }},
+     [](const std::string& t) { return "directed graph g\n{\n\tvertex " + t + "\n}\n"; },
+     kMaxLiteralToken},
     {"string value", Reader::Graph, quoted,
-     [](const std::string& t) { return graphWith("string s = " + t); }},
+     [](const std::string& t) { return graphWith("string s = " + t); }, kMaxLiteralToken},
     {"rule name", Reader::Rule, identifier,
      [](const std::string& t) { return ruleWith(t, "", ""); }},
     {"variable name", Reader::Rule, identifier,
@@ -121,11 +127,13 @@ const LongTokenRow kLongTokenRows[] = {
     {"attribute expression", Reader::Rule, bracketed,
      [](const std::string& t) {
          return ruleWith("r", "vertex 1 = x", "vertex 2 { integer n = " + t + " }");
-     }},
+     },
+     kMaxLiteralToken},
     {"application condition", Reader::Rule, bracketed,
      [](const std::string& t) {
          return ruleWith("r", "vertex 1 = x", "", "\tapplication condition = " + t + "\n");
-     }},
+     },
+     kMaxLiteralToken},
     {"module name", Reader::Module, identifier,
      [](const std::string& t) { return test::moduleText(t, test::unitText("apply once noop")); }},
     {"unit name", Reader::Module, identifier,
@@ -144,11 +152,11 @@ const LongTokenRow kLongTokenRows[] = {
      }},
 };
 
-// 127 characters are the most a token may hold: such a file reads; one more and the reader
-// reports the token's place.
-TEST_F(ReaderInput, TokensOfMoreThan127CharactersAreRefusedWhereTheyStand) {
+// 127 characters are the most a token may hold (64 KiB for numbers, strings and expressions of
+// graph and rule files): such a file reads; one more and the reader reports the token's place.
+TEST_F(ReaderInput, OverlongTokensAreRefusedWhereTheyStand) {
     for (const LongTokenRow& row : kLongTokenRows) {
-        for (std::size_t length : {std::size_t{127}, std::size_t{128}}) {
+        for (std::size_t length : {row.longest, row.longest + 1}) {
             const std::string token = row.token(length);
             // What the module rows name must exist when the name itself is fine.
             folder_.write(token + ".drl", test::kNoopRule);
@@ -156,7 +164,7 @@ TEST_F(ReaderInput, TokensOfMoreThan127CharactersAreRefusedWhereTheyStand) {
                           test::moduleText(token, test::unitText("apply once noop")));
             const std::string text = row.text(token);
             const Outcome outcome = read(row.reader, text);
-            if (length == 127) {
+            if (length == row.longest) {
                 EXPECT_TRUE(outcome.read) << row.what << "\n" << outcome.console;
                 continue;
             }
