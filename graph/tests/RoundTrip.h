@@ -96,7 +96,7 @@ class RandomBuilder {
         object.setLabel(label());
         if (kind_ == FileKind::Rule && draw_.next(rightSide ? 16 : 3) == 0) {
             setVariable(object, name(true));
-            if (rightSide)
+            if (rightSide && !variableOf(object).empty())
                 unwritable_ = true;
         }
         for (unsigned i = draw_.next(5); i > 0; --i)
