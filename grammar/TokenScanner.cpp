@@ -35,6 +35,7 @@ void TokenScanner::reset(Cache* source) {
 }
 
 void TokenScanner::setLengthBound(int code, std::size_t bound) {
+    memo_ = Memo{};  // a remembered scan may have been cut by the old bound
     for (auto& entry : lengthBounds_) {
         if (entry.first == code) {
             entry.second = bound;
