@@ -1,7 +1,7 @@
 #include "app/ConsoleFrame.h"
 
 #include "app/SafeSave.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 #include <wx/filedlg.h>
 #include <wx/menu.h>

@@ -1,6 +1,6 @@
 #include "app/SafeSave.h"
 
-#include "grammar/ReplacingFile.h"
+#include "base/ReplacingFile.h"
 
 namespace vellum {
 

@@ -1,6 +1,6 @@
 #include "app/Startup.h"
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 

@@ -4,7 +4,7 @@
 // queue, so the control shows everything in the order it was written.
 #pragma once
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 #include <wx/event.h>
 #include <wx/textctrl.h>

@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "koral/BundledDefaults.h"

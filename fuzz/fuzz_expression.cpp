@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/Console.h"
 #include "grammar/Expression.h"
 #include "grammar/ExpressionEnvironment.h"
 #include "grammar/ExpressionException.h"

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/Console.h"
 #include "grammar/ParseReport.h"
 #include "grammar/tests/GraphSyntax.h"
 #include "grammar/tests/TempFile.h"

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/Console.h"
 #include "grammar/tests/TempFile.h"
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"

@@ -9,9 +9,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/Console.h"
+#include "base/Paths.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/Console.h"
-#include "grammar/Paths.h"
 #include "grammar/tests/TempFile.h"
 #include "koral/BundledDefaults.h"
 #include "koral/ModuleCache.h"

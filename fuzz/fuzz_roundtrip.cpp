@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/Console.h"
 #include "grammar/tests/TempFile.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/Console.h"
 #include "grammar/tests/TempFile.h"
 #include "graph/DirectedGraphRule.h"
 #include "graph/RuleReader.h"

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 

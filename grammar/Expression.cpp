@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cstdint>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/ExpressionCall.h"
 #include "grammar/ExpressionGrammar.h"
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/SharedLibrary.h"
 #include "grammar/ExpressionFunction.h"
-#include "grammar/SharedLibrary.h"
 
 namespace vellum {
 

@@ -1,6 +1,6 @@
 #include "grammar/ParseReport.h"
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/AttributeExpression.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GlobMatch.h"

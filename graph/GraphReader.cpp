@@ -1,6 +1,6 @@
 #include "graph/GraphReader.h"
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/ParseReport.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphFormat.h"

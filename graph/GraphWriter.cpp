@@ -2,8 +2,8 @@
 
 #include <charconv>
 
-#include "grammar/Console.h"
-#include "grammar/ReplacingFile.h"
+#include "base/Console.h"
+#include "base/ReplacingFile.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GlobMatch.h"
 #include "graph/IntegerAttribute.h"

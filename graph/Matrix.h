@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 

@@ -1,6 +1,6 @@
 #include "graph/OccurrenceTests.h"
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 namespace {

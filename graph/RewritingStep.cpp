@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/IntegerAttribute.h"
 
 namespace vellum {

@@ -1,6 +1,6 @@
 #include "graph/RuleReader.h"
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/ParseReport.h"
 #include "graph/AttributeExpression.h"
 #include "graph/BooleanAttribute.h"

@@ -1,7 +1,7 @@
 #include "graph/RuleWriter.h"
 
-#include "grammar/Console.h"
-#include "grammar/ReplacingFile.h"
+#include "base/Console.h"
+#include "base/ReplacingFile.h"
 #include "graph/AttributeExpression.h"
 #include "graph/GlobMatch.h"
 #include "graph/GraphWriter.h"

@@ -1,6 +1,6 @@
 #include "koral/BundledDefaults.h"
 
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 
 namespace vellum {
 

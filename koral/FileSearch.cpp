@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 
 namespace vellum {
 namespace {

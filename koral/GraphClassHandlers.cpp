@@ -1,7 +1,7 @@
 #include "koral/GraphClassHandlers.h"
 
-#include "grammar/Console.h"
-#include "grammar/Paths.h"
+#include "base/Console.h"
+#include "base/Paths.h"
 #include "koral/FileSearch.h"
 #include "koral/KoralException.h"
 

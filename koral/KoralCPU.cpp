@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/KoralException.h"
 #include "koral/ModuleCache.h"
 

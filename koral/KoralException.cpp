@@ -1,6 +1,6 @@
 #include "koral/KoralException.h"
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 

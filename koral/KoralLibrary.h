@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "grammar/SharedLibrary.h"
+#include "base/SharedLibrary.h"
 
 namespace vellum {
 

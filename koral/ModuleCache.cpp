@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/FileSearch.h"
 #include "koral/ModuleCompiler.h"
 #include "koral/RuleCache.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/ParseReport.h"
 #include "grammar/SourceLines.h"
 #include "koral/GraphClassHandlers.h"

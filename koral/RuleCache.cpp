@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 #include "koral/FileSearch.h"
 #include "koral/GraphClassHandlers.h"
 #include "koral/KoralException.h"

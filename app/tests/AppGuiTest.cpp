@@ -3,7 +3,7 @@
 // console writes from other threads.
 #include "app/Resources.h"
 #include "app/Startup.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

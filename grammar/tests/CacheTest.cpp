@@ -4,8 +4,8 @@
 
 #include <string>
 
+#include "base/Console.h"
 #include "grammar/Cache.h"
-#include "grammar/Console.h"
 #include "grammar/tests/TempFile.h"
 
 namespace vellum {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/Expression.h"
 #include "grammar/tests/ExpressionTestSupport.h"
 

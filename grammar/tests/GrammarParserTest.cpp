@@ -6,7 +6,9 @@
 #include <string>
 #include <utility>
 
+#include "base/Console.h"
 #include "grammar/GrammarParser.h"
+#include "grammar/ParseReport.h"
 #include "grammar/SourceLines.h"
 #include "grammar/tests/TempFile.h"
 
@@ -320,6 +322,28 @@ TEST(SourceLines, RendersTheLineAndACaretUnderTheColumn) {
         EXPECT_EQ(renderDiagnostic({file.path(), row.offset, row.severity, "WHAT"}, cursor),
                   file.path() + row.text)
             << row.offset;
+    }
+}
+
+TEST(ParseReport, ReportsTheTwoLinesWithControlCharactersMadeVisible) {
+    const struct {
+        const char* kind;
+        long position;
+        const char* excerpt;
+        const char* expected;
+    } cases[] = {
+        {"File", 55, "  edgecount\tvector\r\nx",
+         "File 'n.dg' contains errors near position 55 in line 1\n"
+         "Dump '  edgecount\\tvector\\r\\nx' !!!\n"},
+        {"Module", 0, "", "Module 'n.dg' contains errors near position 0 in line 1\nDump '' !!!\n"},
+        {"File", -1, "a\\nb",
+         "File 'n.dg' contains errors near position -1 in line 1\n"
+         "Dump 'a\\nb' !!!\n"},
+    };
+    for (const auto& c : cases) {
+        ConsoleCapture capture;
+        reportSyntaxError(c.kind, "n.dg", c.position, 1, c.excerpt);
+        EXPECT_EQ(capture.text(), c.expected);
     }
 }
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/tests/GraphSyntax.h"
 #include "grammar/tests/TempFile.h"
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "grammar/GrammarParser.h"
 #include "grammar/ParseReport.h"
 #include "graph/GraphFormat.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/Matrix.h"
 #include "graph/Vector.h"
 

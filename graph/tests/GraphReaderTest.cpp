@@ -5,7 +5,7 @@
 
 #include "GraphInvariants.h"
 #include "TempFolder.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"

@@ -7,7 +7,7 @@
 
 #include "RoundTrip.h"
 #include "TempFolder.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/AttributeExpression.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"

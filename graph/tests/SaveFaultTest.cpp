@@ -12,7 +12,7 @@
 #include "LimitedChild.h"
 #include "RuleFixtures.h"
 #include "TempFolder.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/GraphWriter.h"
 #include "graph/RuleWriter.h"
 #include "graph/StringAttribute.h"

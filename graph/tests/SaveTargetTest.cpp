@@ -8,7 +8,7 @@
 #include <string>
 
 #include "TempFolder.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "KoralTestSupport.h"
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 #include "koral/BundledDefaults.h"
 
 namespace vellum {

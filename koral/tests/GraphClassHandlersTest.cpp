@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "KoralTestSupport.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/GraphClassHandlers.h"
 
 namespace vellum {

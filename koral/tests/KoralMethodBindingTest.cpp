@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "KoralTestSupport.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/KoralMethodBinding.h"
 
 namespace vellum {

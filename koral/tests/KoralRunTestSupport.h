@@ -12,7 +12,7 @@
 #include <thread>
 
 #include "KoralTestSupport.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/KoralCPU.h"
 #include "koral/ModuleCache.h"
 

@@ -7,7 +7,7 @@
 
 #include "CliRun.h"
 #include "KoralTestSupport.h"
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 #include "graph/GraphReader.h"
 #include "koral/LayoutLibrary.h"
 #include "koral/VertexPosition.h"

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "KoralTestSupport.h"
-#include "grammar/Console.h"
-#include "grammar/Paths.h"
+#include "base/Console.h"
+#include "base/Paths.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
 #include "koral/LayoutLibrary.h"

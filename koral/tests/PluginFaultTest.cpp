@@ -9,9 +9,9 @@
 
 #include "CliRun.h"
 #include "KoralTestSupport.h"
-#include "grammar/Console.h"
-#include "grammar/Paths.h"
-#include "grammar/SharedLibrary.h"
+#include "base/Console.h"
+#include "base/Paths.h"
+#include "base/SharedLibrary.h"
 #include "koral/GraphClassHandlers.h"
 #include "koral/KoralMethodBinding.h"
 #include "koral/LayoutLibrary.h"

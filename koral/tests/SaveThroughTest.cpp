@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "KoralTestSupport.h"
-#include "grammar/Console.h"
-#include "grammar/Paths.h"
+#include "base/Console.h"
+#include "base/Paths.h"
 #include "graph/GraphWriter.h"
 #include "graph/StringAttribute.h"
 #include "graph/tests/LimitedChild.h"

@@ -4,7 +4,7 @@
 #include <sstream>
 #include <vector>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/PreparedRule.h"
 #include "graph/RuleReader.h"
 #include "plugins/DirectedGraph/ConditionText.h"

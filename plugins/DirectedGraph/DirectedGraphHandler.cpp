@@ -4,7 +4,7 @@
 // docs/conditions.md. Every entry catches what it could throw: failure is its return value.
 #include <exception>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
 #include "graph/RuleReader.h"

@@ -5,7 +5,7 @@
 #include <limits>
 #include <string_view>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/PreparedRule.h"
 
 namespace vellum {

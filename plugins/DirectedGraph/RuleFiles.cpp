@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 #include "koral/FileSearch.h"
 
 namespace vellum {

@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/PluginApi.h"
 #include "koral/VertexPosition.h"
 #include "plugins/force3d/ForceLayout.h"

@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/PluginApi.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "koral/PluginApi.h"
 #include "koral/VertexPosition.h"
 

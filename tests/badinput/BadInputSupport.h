@@ -17,9 +17,9 @@
 #include <string>
 #include <vector>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
+#include "base/Paths.h"
 #include "grammar/ParseReport.h"
-#include "grammar/Paths.h"
 #include "grammar/tests/ScopedEnvironment.h"
 #include "graph/tests/TempFolder.h"
 #include "koral/KoralCPU.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"

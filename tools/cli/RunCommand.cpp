@@ -19,8 +19,8 @@
 #include <string_view>
 #include <vector>
 
-#include "grammar/Console.h"
-#include "grammar/Paths.h"
+#include "base/Console.h"
+#include "base/Paths.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
 #include "koral/FileSearch.h"

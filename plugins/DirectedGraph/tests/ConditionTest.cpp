@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "HandlerTestSupport.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 namespace vellum {
 namespace {

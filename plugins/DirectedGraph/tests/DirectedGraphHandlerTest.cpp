@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "HandlerTestSupport.h"
-#include "grammar/Console.h"
+#include "base/Console.h"
 #include "graph/DirectedGraphRule.h"
 
 namespace vellum {

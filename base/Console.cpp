@@ -1,4 +1,4 @@
-#include "grammar/Console.h"
+#include "base/Console.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,11 +1,11 @@
-#include "grammar/SharedLibrary.h"
+#include "base/SharedLibrary.h"
 
 #include <dlfcn.h>
 
 #include <utility>
 
-#include "grammar/LibraryFile.h"
-#include "grammar/Paths.h"
+#include "base/LibraryFile.h"
+#include "base/Paths.h"
 
 namespace vellum {
 

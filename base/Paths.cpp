@@ -1,4 +1,4 @@
-#include "grammar/Paths.h"
+#include "base/Paths.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "grammar/LibraryFile.h"
+#include "base/LibraryFile.h"
 
 #include <link.h>
 

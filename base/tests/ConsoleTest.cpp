@@ -1,5 +1,4 @@
-// The console log (sinks, capture, clearing, statements from several threads that never mix) and
-// the syntax-error report that every file reader writes to it.
+// The console log: sinks, capture, clearing, and statements from several threads that never mix.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,8 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "grammar/Console.h"
-#include "grammar/ParseReport.h"
+#include "base/Console.h"
 
 namespace vellum {
 namespace {
@@ -83,28 +81,6 @@ TEST(Console, StatementsFromSeveralThreadsNeverInterleave) {
         ++count;
     }
     EXPECT_EQ(count, kThreads * kLines);
-}
-
-TEST(ParseReport, ReportsTheTwoLinesWithControlCharactersMadeVisible) {
-    const struct {
-        const char* kind;
-        long position;
-        const char* excerpt;
-        const char* expected;
-    } cases[] = {
-        {"File", 55, "  edgecount\tvector\r\nx",
-         "File 'n.dg' contains errors near position 55 in line 1\n"
-         "Dump '  edgecount\\tvector\\r\\nx' !!!\n"},
-        {"Module", 0, "", "Module 'n.dg' contains errors near position 0 in line 1\nDump '' !!!\n"},
-        {"File", -1, "a\\nb",
-         "File 'n.dg' contains errors near position -1 in line 1\n"
-         "Dump 'a\\nb' !!!\n"},
-    };
-    for (const auto& c : cases) {
-        ConsoleCapture capture;
-        reportSyntaxError(c.kind, "n.dg", c.position, 1, c.excerpt);
-        EXPECT_EQ(capture.text(), c.expected);
-    }
 }
 
 }  // namespace
