@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <utility>
 
+#include "grammar/CompiledTextCache.h"
 #include "grammar/NotationReader.h"
 
 namespace vellum {
@@ -159,26 +159,14 @@ std::shared_ptr<const GrammarDefinition> GrammarDefinition::compileUncached(
 
 std::shared_ptr<const GrammarDefinition> GrammarDefinition::compile(std::string_view grammar,
                                                                     std::string_view tokens) {
-    static std::mutex mutex;
-    static std::map<std::pair<std::string, std::string>, std::shared_ptr<const GrammarDefinition>>
-        cache;
-    constexpr std::size_t kCacheLimit = 64;
-    auto key = std::make_pair(std::string(grammar), std::string(tokens));
-    {
-        std::lock_guard<std::mutex> lock(mutex);
-        const auto it = cache.find(key);
-        if (it != cache.end())
-            return it->second;
-    }
-    auto result = std::make_shared<GrammarDefinition>();
-    result->tokens_ = TokenDefinitions::compile(tokens);
-    GrammarTextCompiler compiler(grammar, *result);
-    result->ok_ = compiler.run();
-    std::lock_guard<std::mutex> lock(mutex);
-    if (cache.size() >= kCacheLimit)
-        cache.clear();
-    cache.emplace(std::move(key), result);
-    return result;
+    static CompiledTextCache<std::pair<std::string, std::string>, GrammarDefinition> cache;
+    return cache.get(std::make_pair(std::string(grammar), std::string(tokens)), [&] {
+        auto result = std::make_shared<GrammarDefinition>();
+        result->tokens_ = TokenDefinitions::compile(tokens);
+        GrammarTextCompiler compiler(grammar, *result);
+        result->ok_ = compiler.run();
+        return result;
+    });
 }
 
 }  // namespace vellum

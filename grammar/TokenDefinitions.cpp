@@ -2,9 +2,9 @@
 
 #include <limits>
 #include <map>
-#include <mutex>
 #include <optional>
 
+#include "grammar/CompiledTextCache.h"
 #include "grammar/NotationReader.h"
 
 namespace vellum {
@@ -244,23 +244,8 @@ std::shared_ptr<const TokenDefinitions> TokenDefinitions::compileUncached(std::s
 }
 
 std::shared_ptr<const TokenDefinitions> TokenDefinitions::compile(std::string_view text) {
-    // The program's token texts are a handful of constants; the bound only keeps arbitrary texts
-    // from growing the cache without limit.
-    static std::mutex mutex;
-    static std::map<std::string, std::shared_ptr<const TokenDefinitions>, std::less<>> cache;
-    constexpr std::size_t kCacheLimit = 64;
-    {
-        std::lock_guard<std::mutex> lock(mutex);
-        const auto it = cache.find(text);
-        if (it != cache.end())
-            return it->second;
-    }
-    auto compiled = compileUncached(text);
-    std::lock_guard<std::mutex> lock(mutex);
-    if (cache.size() >= kCacheLimit)
-        cache.clear();
-    cache.emplace(std::string(text), compiled);
-    return compiled;
+    static CompiledTextCache<std::string, TokenDefinitions> cache;
+    return cache.get(text, [text] { return compileUncached(text); });
 }
 
 }  // namespace vellum
