@@ -1,6 +1,7 @@
 // The notifications that rule application sends while it works, and the callback that receives
 // them (the interpreter's frame, the command-line tool, tests). The numbers are part of the
-// interface between rule application and the interpreter.
+// interface between rule application and the interpreter, whose frame (koral/KoralFrame.h) passes
+// them on to plug-ins under the same codes.
 #pragma once
 
 #include <functional>

@@ -45,6 +45,7 @@ class ApplyEvaluation {
     KoralStatistics* statistics_;
     std::vector<signed char> enabled_;  // 1 enabled, 0 set aside; one per alternative
     RuleCallback callback_;             // empty when nobody listens
+    const SharedRule* rule_ = nullptr;  // the rule being applied, for the frame
     KoralStatistics::Clock::time_point chosenAt_{};
     std::vector<std::size_t> chosenVertices_;  // of the last occurrence chosen, when traced
 };
@@ -135,6 +136,7 @@ Attempt ApplyEvaluation::attemptRule(const SharedRule& rule,
                                               : KoralStatistics::Clock::time_point{};
     chosenAt_ = {};
     chosenVertices_.clear();
+    rule_ = &rule;
     const std::optional<int> result =
         rule.apply(graph_, kModeRuleMatch, callback_, run_.abortFlag());
     if (!result)
@@ -190,9 +192,17 @@ void ApplyEvaluation::onEvent(int event, const GraphMorphism* occurrence) {
         chosenVertices_ = ElementPositions(graph_).vertexImages(*occurrence);
     if (frame_ == nullptr)
         return;
-    const void* pointer = event == kEventOccurrenceChosen ? static_cast<const void*>(occurrence)
-                                                          : static_cast<const void*>(&graph_);
-    frame_->notify(event, pointer, 0, 0, 0);
+    switch (event) {
+        case kEventOccurrenceChosen:
+            frame_->notify(OccurrenceChosen{*rule_, *occurrence});
+            break;
+        case kEventIntermediate:
+            frame_->notify(StepIntermediate{graph_});
+            break;
+        default:
+            frame_->notify(RuleApplied{graph_});
+            break;
+    }
 }
 
 bool ApplyEvaluation::anyEnabled() const {

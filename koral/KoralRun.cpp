@@ -24,7 +24,7 @@ void KoralRun::trace(const koralSourcePosition& position, KoralFrame* frame) con
     if (listeners_.trace != nullptr && *listeners_.trace)
         (*listeners_.trace)(position);
     if (frame != nullptr)
-        frame->notify(KoralFrame::kStatementStarted, &position, 0, 0, 0);
+        frame->notify(StatementStarted{position});
 }
 
 void KoralRun::attempted(const RuleAttempt& attempt) const {

@@ -154,14 +154,15 @@ TEST_F(KoralRunTest, WritesTheBannerUnlessQuiet) {
 // Records every notification; 4000 with the record's label, code and line.
 class RecordingFrame : public KoralFrame {
   public:
-    void notify(int code, const void* pointer, long a, long b, long c) override {
-        EXPECT_EQ(a + b + c, 0);
-        std::string entry = std::to_string(code);
-        if (code == kStatementStarted) {
-            const auto* position = static_cast<const koralSourcePosition*>(pointer);
-            entry += " " + position->label + " " + std::to_string(position->code) + " line " +
-                     std::to_string(position->line);
+    void notify(const FrameEvent& event) override {
+        std::string entry = std::to_string(eventCode(event));
+        if (const auto* started = std::get_if<StatementStarted>(&event)) {
+            const koralSourcePosition& position = started->position;
+            entry += " " + position.label + " " + std::to_string(position.code) + " line " +
+                     std::to_string(position.line);
         }
+        if (const auto* chosen = std::get_if<OccurrenceChosen>(&event))
+            entry += " " + chosen->rule.name();
         std::lock_guard<std::mutex> lock(mutex_);
         events_.push_back(entry);
     }
@@ -192,7 +193,7 @@ TEST_F(KoralRunTest, TellsTheFrameOfEveryStatementAndStep) {
                                                "4000 APPLY 4001 line 9",
                                                "4000 never 4002 line 9",
                                                "4000 aToB 4002 line 9",
-                                               "2000",
+                                               "2000 aToB",
                                                "2002",
                                                "2001",
                                                "4000 TERMINAL 4006 line 10"};
@@ -285,8 +286,8 @@ TEST_F(KoralRunTest, DestroyingARunningCPUStopsItsWorker) {
 // Holds the run at its first rule application until released, as a frame in step mode does.
 class PausingFrame : public KoralFrame {
   public:
-    void notify(int code, const void*, long, long, long) override {
-        if (code != kRuleApplied)
+    void notify(const FrameEvent& event) override {
+        if (!std::holds_alternative<RuleApplied>(event))
             return;
         std::unique_lock<std::mutex> lock(mutex_);
         paused_ = true;

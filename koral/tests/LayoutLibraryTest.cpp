@@ -174,18 +174,15 @@ TEST_F(Layouts, Force3dRefusesBadSettingsAndReportsProgress) {
         EXPECT_EQ(capture.text(), "force3d: bad setting 'bogus=1' in VELLUM_FORCE3D\n");
     }
     struct Recorder : KoralFrame {
-        void notify(int code, const void* pointer, long, long, long) override {
-            codes.push_back(code);
-            pointers.push_back(pointer);
+        void notify(const FrameEvent& event) override {
+            const auto* shown = std::get_if<StepIntermediate>(&event);
+            graphs.push_back(shown == nullptr ? nullptr : &shown->graph);
         }
-        std::vector<int> codes;
-        std::vector<const void*> pointers;
+        std::vector<const DirectedGraph*> graphs;
     } frame;
     ScopedEnvironment full("VELLUM_FORCE3D", "mode=full, iterations=20");
     ASSERT_TRUE(force.completeLayout(graph, &frame));
-    EXPECT_EQ(frame.codes,
-              (std::vector<int>{KoralFrame::kIntermediate, KoralFrame::kIntermediate}));
-    EXPECT_EQ(frame.pointers.front(), &graph);
+    EXPECT_EQ(frame.graphs, (std::vector<const DirectedGraph*>{&graph, &graph}));
 }
 
 TEST_F(Layouts, EmptyGraphsNeedNothing) {
