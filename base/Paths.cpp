@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
 #include <vector>
 
 namespace vellum {
@@ -22,19 +21,6 @@ std::string pluginDirectory() {
     if (bin.empty())
         return {};
     return bin + "/../lib/vellum/plugins";
-}
-
-bool environmentIsSet(const char* name) {
-    return std::getenv(name) != nullptr;
-}
-
-std::string environmentValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string() : std::string(value);
-}
-
-void setEnvironmentDefault(const char* name, const std::string& value) {
-    ::setenv(name, value.c_str(), 0);
 }
 
 }  // namespace vellum

@@ -12,10 +12,4 @@ std::string executableDirectory();
 // The bundled plug-in folder (no trailing "/"), derived from executableDirectory().
 std::string pluginDirectory();
 
-// Environment variables: an unset variable and an empty one are told apart.
-bool environmentIsSet(const char* name);
-std::string environmentValue(const char* name);
-// Sets the variable only when it is unset, so that a value the user chose always wins.
-void setEnvironmentDefault(const char* name, const std::string& value);
-
 }  // namespace vellum

@@ -3,11 +3,13 @@
 // DirectedGraph its file extensions. A variable the user has set, even to an empty value, wins.
 #pragma once
 
+#include "base/SearchPaths.h"
+
 namespace vellum {
 
 // Sets, each only when unset: "koralGraphClasses" and "VellumLayout" to pluginDirectory(),
 // "DirectedGraphEXTGRAPH" to "dg", "DirectedGraphEXTRULE" to "drl". Call it once, first thing
-// in main(), before any thread starts (the environment is not thread-safe to change).
-void applyBundledDefaults();
+// in main().
+void applyBundledDefaults(SearchPaths& paths = SearchPaths::instance());
 
 }  // namespace vellum

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "base/Paths.h"
+#include "base/SearchPaths.h"
 
 namespace vellum {
 namespace {
@@ -20,7 +20,7 @@ bool endsInSeparator(const std::string& directory) {
 }  // namespace
 
 std::vector<std::string> searchDirectories(const std::string& variable) {
-    const std::string value = environmentValue(variable.c_str());
+    const std::string value = SearchPaths::instance().value(variable);
     std::vector<std::string> directories;
     std::size_t start = 0;
     while (start <= value.size()) {
@@ -44,7 +44,7 @@ std::string joinPath(const std::string& directory, const std::string& fileName) 
 
 std::string findFile(const std::string& fileName, const std::string& variable) {
     const std::vector<std::string> directories = searchDirectories(variable);
-    if (environmentValue(variable.c_str()).empty())
+    if (SearchPaths::instance().value(variable).empty())
         return isFile(fileName) ? fileName : std::string();
     for (const std::string& directory : directories) {
         const std::string candidate = joinPath(directory, fileName);

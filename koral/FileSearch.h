@@ -1,6 +1,7 @@
-// Finding files along search paths held in environment variables ("koralModules",
-// "koralGraphRules", "koralGraphClasses", "VellumLayout"): a value is a ";"-separated list of
-// folders, tried in order. A folder name may end in "/" or, as written for other systems, in
+// Finding files along the search paths of SearchPaths ("koralModules", "koralGraphRules",
+// "koralGraphClasses", "VellumLayout"), seeded from the environment variables: a value is a
+// ";"-separated list of folders, tried in order. A folder name may end in "/" or, as written for
+// other systems, in
 // "\"; either way exactly one "/" comes between folder and file name.
 #pragma once
 

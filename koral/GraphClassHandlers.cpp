@@ -1,7 +1,7 @@
 #include "koral/GraphClassHandlers.h"
 
 #include "base/Console.h"
-#include "base/Paths.h"
+#include "base/SearchPaths.h"
 #include "koral/FileSearch.h"
 #include "koral/KoralException.h"
 
@@ -78,7 +78,7 @@ ConditionCompileEntry GraphClassHandlers::conditionEntry(const std::string& grap
 
 std::string GraphClassHandlers::graphFile(const std::string& baseName,
                                           const std::string& graphClass) {
-    return baseName + "." + environmentValue((graphClass + "EXTGRAPH").c_str());
+    return baseName + "." + SearchPaths::instance().value(graphClass + "EXTGRAPH");
 }
 
 std::unique_ptr<DirectedGraph> GraphClassHandlers::loadGraph(const std::string& graphClass,

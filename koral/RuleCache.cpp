@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/Paths.h"
+#include "base/SearchPaths.h"
 #include "koral/FileSearch.h"
 #include "koral/GraphClassHandlers.h"
 #include "koral/KoralException.h"
@@ -17,7 +17,7 @@ RuleCache& RuleCache::instance() {
 std::string RuleCache::fileName(const std::string& name, const std::string& graphClass) {
     std::string file = name;
     std::replace(file.begin(), file.end(), '.', '/');
-    return file + "." + environmentValue((graphClass + "EXTRULE").c_str());
+    return file + "." + SearchPaths::instance().value(graphClass + "EXTRULE");
 }
 
 const SharedRule* RuleCache::find(const std::string& name, const std::string& graphClass) {

@@ -15,19 +15,25 @@ TEST(BundledDefaults, FillInWhatIsUnsetAndKeepWhatTheUserSet) {
     ScopedEnvironment graphs("DirectedGraphEXTGRAPH", std::nullopt);
     ScopedEnvironment rules("DirectedGraphEXTRULE", "");  // empty on purpose: still the user's
 
-    applyBundledDefaults();
-    EXPECT_EQ(environmentValue("koralGraphClasses"), pluginDirectory());
-    EXPECT_TRUE(std::filesystem::exists(environmentValue("koralGraphClasses") + "/sphere.layout"));
-    EXPECT_EQ(environmentValue("VellumLayout"), "/my/layouts");
-    EXPECT_EQ(environmentValue("DirectedGraphEXTGRAPH"), "dg");
-    EXPECT_TRUE(environmentIsSet("DirectedGraphEXTRULE"));
-    EXPECT_EQ(environmentValue("DirectedGraphEXTRULE"), "");
+    SearchPaths paths;  // not the shared one, which the other tests use
+    applyBundledDefaults(paths);
+    EXPECT_EQ(paths.value("koralGraphClasses"), pluginDirectory());
+    EXPECT_TRUE(std::filesystem::exists(paths.value("koralGraphClasses") + "/sphere.layout"));
+    EXPECT_EQ(paths.value("VellumLayout"), "/my/layouts");
+    EXPECT_EQ(paths.value("DirectedGraphEXTGRAPH"), "dg");
+    EXPECT_TRUE(paths.isSet("DirectedGraphEXTRULE"));
+    EXPECT_EQ(paths.value("DirectedGraphEXTRULE"), "");
 
     ScopedEnvironment unsetLayout("VellumLayout", std::nullopt);
     ScopedEnvironment unsetRules("DirectedGraphEXTRULE", std::nullopt);
-    applyBundledDefaults();
-    EXPECT_EQ(environmentValue("VellumLayout"), pluginDirectory());
-    EXPECT_EQ(environmentValue("DirectedGraphEXTRULE"), "drl");
+    applyBundledDefaults(paths);
+    EXPECT_EQ(paths.value("VellumLayout"), pluginDirectory());
+    EXPECT_EQ(paths.value("DirectedGraphEXTRULE"), "drl");
+    // A value the program set wins over the environment until it is reset.
+    ScopedEnvironment userLayout("VellumLayout", "/later");
+    EXPECT_EQ(paths.value("VellumLayout"), pluginDirectory());
+    paths.reset("VellumLayout");
+    EXPECT_EQ(paths.value("VellumLayout"), "/later");
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/Paths.h"
+#include "base/SearchPaths.h"
 #include "koral/FileSearch.h"
 
 namespace vellum {
@@ -10,7 +10,7 @@ namespace vellum {
 std::string ruleFileName(const std::string& ruleName) {
     std::string file = ruleName;
     std::replace(file.begin(), file.end(), '.', '/');
-    return file + "." + environmentValue("DirectedGraphEXTRULE");
+    return file + "." + SearchPaths::instance().value("DirectedGraphEXTRULE");
 }
 
 std::string findRuleFile(const std::string& ruleName) {

@@ -20,7 +20,7 @@
 #include <vector>
 
 #include "base/Console.h"
-#include "base/Paths.h"
+#include "base/SearchPaths.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
 #include "koral/FileSearch.h"
@@ -313,12 +313,9 @@ int exitStatus(koralCPU::Outcome outcome) {
     }
 }
 
-// Points the variable at the folder unless it is set; true when it did.
+// Points the search path at the folder unless it is set; true when it did.
 bool searchFolder(const char* variable, const std::string& folder) {
-    if (environmentIsSet(variable))
-        return false;
-    ::setenv(variable, folder.c_str(), 1);
-    return true;
+    return SearchPaths::instance().setDefault(variable, folder);
 }
 
 std::string folderOf(const std::string& file) {
@@ -335,9 +332,9 @@ ModuleFolderSearch::ModuleFolderSearch(std::string moduleFile)
 
 ModuleFolderSearch::~ModuleFolderSearch() {
     if (setModules_)
-        ::unsetenv("koralModules");
+        SearchPaths::instance().reset("koralModules");
     if (setRules_)
-        ::unsetenv("koralGraphRules");
+        SearchPaths::instance().reset("koralGraphRules");
 }
 
 const koralModule* ModuleFolderSearch::load() const {
