@@ -51,8 +51,8 @@ endfunction()
 function(vellum_test name)
     cmake_parse_arguments(T "" "" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${T_SOURCES})
-    target_link_libraries(${name} PRIVATE ${T_LIBS} GTest::gtest GTest::gtest_main GTest::gmock
-        Vellum::build_flags)
+    target_link_libraries(${name} PRIVATE ${T_LIBS} Vellum::test_support GTest::gtest
+        GTest::gtest_main GTest::gmock Vellum::build_flags)
     # A list of labels must reach the test properties as one value.
     string(REPLACE ";" "\\;" labels "${T_LABELS}")
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST

@@ -10,7 +10,7 @@
 
 #include "fuzz/FuzzSupport.h"
 #include "grammar/GrammarParser.h"
-#include "grammar/tests/TempFile.h"
+#include "tests/support/TempFile.h"
 
 namespace {
 
@@ -55,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzParser parser;
     if (!parser.load(grammar, tokens))
         return 0;
-    vellum::testing::TempFile file(input);
+    vellum::test::TempFile file(input);
     if (file.path().empty())
         return 0;
     ParseOutcome fromFile;

@@ -8,22 +8,22 @@
 
 #include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/tests/TempFile.h"
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
+#include "tests/support/TempFile.h"
 
 using vellum::fuzz::check;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    vellum::testing::TempFile file(std::string(reinterpret_cast<const char*>(data), size));
+    vellum::test::TempFile file(std::string(reinterpret_cast<const char*>(data), size));
     if (file.path().empty())
         return 0;
     vellum::ConsoleCapture capture;
     vellum::DirectedGraph graph;
     if (!vellum::loadGraph(file.path(), graph))
         return 0;
-    vellum::testing::TempFile copy("");
+    vellum::test::TempFile copy("");
     capture.reset();
     if (!vellum::saveGraph(graph, copy.path())) {
         check(capture.text().find(" in a graph file\nCould not write the file '") !=

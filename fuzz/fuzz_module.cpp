@@ -12,10 +12,10 @@
 #include "base/Console.h"
 #include "base/Paths.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/tests/TempFile.h"
 #include "koral/BundledDefaults.h"
 #include "koral/ModuleCache.h"
 #include "koral/ModuleCompiler.h"
+#include "tests/support/TempFile.h"
 
 using vellum::fuzz::check;
 
@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    vellum::testing::TempFile file(std::string(reinterpret_cast<const char*>(data), size));
+    vellum::test::TempFile file(std::string(reinterpret_cast<const char*>(data), size));
     if (file.path().empty())
         return 0;
     vellum::ConsoleCapture capture;

@@ -9,12 +9,12 @@
 
 #include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
-#include "grammar/tests/TempFile.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
 #include "graph/RuleReader.h"
 #include "graph/RuleWriter.h"
-#include "graph/tests/RoundTrip.h"
+#include "tests/support/RoundTrip.h"
+#include "tests/support/TempFile.h"
 
 namespace {
 
@@ -58,7 +58,7 @@ void checkRefusal(const std::string& console, const std::string& fileKind) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ByteDraw draw(data, size);
     vellum::ConsoleCapture capture;
-    vellum::testing::TempFile file("");
+    vellum::test::TempFile file("");
     if (file.path().empty())
         return 0;
 

@@ -6,12 +6,12 @@
 
 #include "base/Console.h"
 #include "grammar/Cache.h"
-#include "grammar/tests/TempFile.h"
+#include "tests/support/TempFile.h"
 
 namespace vellum {
 namespace {
 
-using testing::TempFile;
+using test::TempFile;
 
 // 3000 characters that differ from their neighbours, so a misplaced buffer shows.
 std::string longText() {

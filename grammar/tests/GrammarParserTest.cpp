@@ -10,12 +10,12 @@
 #include "grammar/GrammarParser.h"
 #include "grammar/ParseReport.h"
 #include "grammar/SourceLines.h"
-#include "grammar/tests/TempFile.h"
+#include "tests/support/TempFile.h"
 
 namespace vellum {
 namespace {
 
-using testing::TempFile;
+using test::TempFile;
 
 constexpr const char* kTokens = R"TOKENS(
 $COMMENT : 0 = "%" {"$CHAR$"}.

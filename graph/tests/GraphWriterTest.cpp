@@ -4,7 +4,6 @@
 #include <sstream>
 
 #include "GraphInvariants.h"
-#include "TempFolder.h"
 #include "base/Console.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphReader.h"
@@ -13,6 +12,7 @@
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {

@@ -5,8 +5,6 @@
 
 #include <random>
 
-#include "RoundTrip.h"
-#include "TempFolder.h"
 #include "base/Console.h"
 #include "graph/AttributeExpression.h"
 #include "graph/GraphReader.h"
@@ -14,6 +12,8 @@
 #include "graph/RuleObjectData.h"
 #include "graph/RuleReader.h"
 #include "graph/RuleWriter.h"
+#include "tests/support/RoundTrip.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {

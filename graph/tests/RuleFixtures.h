@@ -7,12 +7,12 @@
 #include <memory>
 #include <string>
 
-#include "TempFolder.h"
 #include "base/Console.h"
 #include "graph/DirectedGraphRule.h"
 #include "graph/GraphMorphism.h"
 #include "graph/GraphReader.h"
 #include "graph/RuleReader.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum::test {
 

@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "LimitedChild.h"
 #include "RuleFixtures.h"
-#include "TempFolder.h"
 #include "base/Console.h"
 #include "graph/GraphWriter.h"
 #include "graph/RuleWriter.h"
 #include "graph/StringAttribute.h"
+#include "tests/support/LimitedChild.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {

@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include "TempFolder.h"
 #include "base/Console.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {

@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <optional>
-#include <regex>
 #include <string>
 #include <thread>
 
@@ -15,6 +14,7 @@
 #include "base/Console.h"
 #include "koral/KoralCPU.h"
 #include "koral/ModuleCache.h"
+#include "tests/support/ConsoleText.h"
 
 namespace vellum::test {
 
@@ -30,12 +30,6 @@ inline std::string unitText(const std::string& body, const std::string& initial 
                             const std::string& terminal = "", const std::string& name = "u") {
     return "transformation unit " + name + "\ninitial : " + initial + "\nbody : " + body +
            "\nterminal : " + terminal + "\nend";
-}
-
-// The console text with the run time of the READY line replaced by "T".
-inline std::string withoutTime(const std::string& text) {
-    static const std::regex time(R"(\.\.\.[-+.e0-9]+ seconds\.)");
-    return std::regex_replace(text, time, "...T seconds.");
 }
 
 // Waits until something has been written to the console, at most `limit`; false if nothing

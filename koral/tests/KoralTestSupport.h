@@ -12,9 +12,9 @@
 #include <optional>
 #include <string>
 
-#include "grammar/tests/ScopedEnvironment.h"
-#include "graph/tests/TempFolder.h"
 #include "koral/KoralException.h"
+#include "tests/support/ScopedEnvironment.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum::test {
 

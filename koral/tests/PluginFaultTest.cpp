@@ -7,7 +7,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "CliRun.h"
 #include "KoralTestSupport.h"
 #include "base/Console.h"
 #include "base/Paths.h"
@@ -15,6 +14,7 @@
 #include "koral/GraphClassHandlers.h"
 #include "koral/KoralMethodBinding.h"
 #include "koral/LayoutLibrary.h"
+#include "tests/support/Program.h"
 
 namespace vellum {
 namespace {
@@ -89,12 +89,13 @@ TEST(PluginFault, ALibraryCutShortOnTheLoadersSearchPathIsRefused) {
     TempFolder folder;
     folder.write("$(cut.so", library.substr(0, 4096));
     folder.write("$(whole.so", library);
-    const std::string environment = "LD_LIBRARY_PATH='" + folder.path() + "' ";
-    const test::CliRun cut = test::cli({"eval", "$(cut.abs)(0 - 2)"}, environment);
+    test::ProgramOptions environment;
+    environment.environment["LD_LIBRARY_PATH"] = folder.path();
+    const test::ProgramResult cut = test::runCli({"eval", "$(cut.abs)(0 - 2)"}, environment);
     EXPECT_EQ(cut.status, 1);
     EXPECT_EQ(cut.out.rfind("exprException 7", 0), 0u) << cut.out;
     // The same folder still serves a whole library.
-    const test::CliRun whole = test::cli({"eval", "$(whole.abs)(0 - 2)"}, environment);
+    const test::ProgramResult whole = test::runCli({"eval", "$(whole.abs)(0 - 2)"}, environment);
     EXPECT_EQ(whole.status, 0);
     EXPECT_EQ(whole.out, "integer 2\n");
 }

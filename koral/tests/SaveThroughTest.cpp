@@ -15,8 +15,9 @@
 #include "base/Paths.h"
 #include "graph/GraphWriter.h"
 #include "graph/StringAttribute.h"
-#include "graph/tests/LimitedChild.h"
 #include "koral/GraphClassHandlers.h"
+#include "tests/support/LimitedChild.h"
+#include "tests/support/Program.h"
 
 namespace vellum {
 namespace {
@@ -45,7 +46,7 @@ std::string bigRuleText() {
 
 // The exit status of vellum-cli convert IN OUT, run in this (child) process's place.
 int convert(const std::string& in, const std::string& out) {
-    ::execl(VELLUM_CLI_PATH, "vellum-cli", "convert", in.c_str(), out.c_str(),
+    ::execl(test::cliPath().c_str(), "vellum-cli", "convert", in.c_str(), out.c_str(),
             static_cast<char*>(nullptr));
     return 127;
 }

@@ -6,10 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -20,13 +16,13 @@
 #include "base/Console.h"
 #include "base/Paths.h"
 #include "grammar/ParseReport.h"
-#include "grammar/tests/ScopedEnvironment.h"
-#include "graph/tests/TempFolder.h"
 #include "koral/KoralCPU.h"
 #include "koral/ModuleCache.h"
 #include "koral/ModuleCompiler.h"
-
-extern char** environ;
+#include "tests/support/ConsoleText.h"
+#include "tests/support/Program.h"
+#include "tests/support/ScopedEnvironment.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum::test {
 
@@ -174,13 +170,7 @@ class ModuleFolderTest : public ::testing::Test {
         cpu.setTraceHook(std::move(hook));
         EXPECT_TRUE(cpu.start(&unit, &graph, nullptr, true));
         cpu.wait();
-        std::string text = capture.text();
-        const std::size_t ready = text.rfind("READY '");
-        const std::size_t dots = text.find("...", ready);
-        const std::size_t seconds = text.find(" seconds.", dots);
-        if (ready != std::string::npos && dots != std::string::npos && seconds != std::string::npos)
-            text.replace(dots + 3, seconds - dots - 3, "T");
-        return {text, cpu.outcome()};
+        return {withoutTime(capture.text()), cpu.outcome()};
     }
 
     TempFolder folder_;
@@ -192,35 +182,13 @@ class ModuleFolderTest : public ::testing::Test {
     ScopedEnvironment extension_;
 };
 
-struct CliResult {
-    std::string out;
-    std::string err;
-    int status;  // -1 when it did not exit normally
-};
+using CliResult = ProgramResult;
 
-// Runs vellum-cli with the arguments in `folder`, standard output and error kept apart.
+// Runs vellum-cli with the arguments in `folder`.
 inline CliResult runCli(const TempFolder& folder, const std::vector<std::string>& arguments) {
-    const std::string out = folder.path("cli.out");
-    const std::string err = folder.path("cli.err");
-    std::vector<std::string> words = {VELLUM_CLI_PATH};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words)
-        argv.push_back(word.data());
-    argv.push_back(nullptr);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const int o = ::open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        const int e = ::open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        if (o < 0 || e < 0 || ::dup2(o, 1) < 0 || ::dup2(e, 2) < 0 ||
-            ::chdir(folder.root().c_str()) != 0)
-            ::_exit(127);
-        ::execve(argv[0], argv.data(), environ);
-        ::_exit(127);
-    }
-    int status = 0;
-    const bool exited = child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status);
-    return {TempFolder::read(out), TempFolder::read(err), exited ? WEXITSTATUS(status) : -1};
+    ProgramOptions options;
+    options.workingDirectory = folder.path();
+    return runCli(arguments, options);
 }
 
 }  // namespace vellum::test

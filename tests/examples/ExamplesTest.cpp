@@ -4,10 +4,6 @@
 // its shape checked: counts by label, degrees, attributes.
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -22,8 +18,8 @@
 #include "graph/GraphReader.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/StringAttribute.h"
-
-extern char** environ;
+#include "tests/support/Program.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {
@@ -62,35 +58,13 @@ std::vector<Words> readmeRunLines(const std::string& example) {
 }
 
 // Runs vellum-cli from the repository root with the search variables unset; standard output
-// and standard error go to `console`. The exit status, or -1 when it did not exit normally.
-int runCli(const Words& arguments, const fs::path& console) {
-    std::vector<std::string> environment;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const std::string text = *entry;
-        if (text.rfind("koralModules=", 0) != 0 && text.rfind("koralGraphRules=", 0) != 0)
-            environment.push_back(text);
-    }
-    Words words = {VELLUM_CLI_PATH};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv, envp;
-    for (std::string& word : words)
-        argv.push_back(word.data());
-    for (std::string& entry : environment)
-        envp.push_back(entry.data());
-    argv.push_back(nullptr);
-    envp.push_back(nullptr);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const int out = ::open(console.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        if (out < 0 || ::chdir(kSource.c_str()) != 0 || ::dup2(out, 1) < 0 || ::dup2(out, 2) < 0)
-            ::_exit(127);
-        ::execve(argv[0], argv.data(), envp.data());
-        ::_exit(127);
-    }
-    int status = 0;
-    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status))
-        return -1;
-    return WEXITSTATUS(status);
+// and standard error together in `out`.
+test::ProgramResult runCli(const Words& arguments) {
+    test::ProgramOptions options;
+    options.workingDirectory = kSource.string();
+    options.environment = {{"koralModules", std::nullopt}, {"koralGraphRules", std::nullopt}};
+    options.errorIntoOutput = true;
+    return test::runCli(arguments, options);
 }
 
 std::map<std::string, std::size_t> vertexLabels(const DirectedGraph& graph) {
@@ -120,16 +94,6 @@ std::string stringOf(const GraphObject& object, const std::string& name) {
 // Runs one example the way its README says, with changes, and reads back what it wrote.
 class ExampleTest : public ::testing::Test {
   protected:
-    ExampleTest() {
-        char name[] = "/tmp/example_test_XXXXXX";
-        if (::mkdtemp(name) != nullptr)
-            folder_ = name;
-    }
-    ~ExampleTest() override {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-
     // The README's first run line (or the `index`th) with its -o pointed into a temporary
     // folder; `unit` and `graph` replace the line's own when not empty; `extra` is appended,
     // and "--seed 1" unless it names a seed. Fails the test unless the run exits with status 0.
@@ -141,7 +105,7 @@ class ExampleTest : public ::testing::Test {
             ADD_FAILURE() << "examples/" << example << "/README.md lacks run line " << index;
             return nullptr;
         }
-        Words arguments = withOutput(lines[index], folder_ / "out.dg");
+        Words arguments = withOutput(lines[index], folder_.root() / "out.dg");
         if (!unit.empty())
             arguments[2] = unit;
         if (!graph.empty())
@@ -149,11 +113,11 @@ class ExampleTest : public ::testing::Test {
         arguments.insert(arguments.end(), extra.begin(), extra.end());
         if (std::find(extra.begin(), extra.end(), "--seed") == extra.end())
             arguments.insert(arguments.end(), {"--seed", "1"});
-        const int status = runCli(arguments, folder_ / "console.txt");
-        console_ = readText(folder_ / "console.txt");
-        EXPECT_EQ(status, 0) << console_;
+        const test::ProgramResult ran = runCli(arguments);
+        console_ = ran.out;
+        EXPECT_EQ(ran.status, 0) << console_;
         auto result = std::make_unique<DirectedGraph>();
-        EXPECT_TRUE(loadGraph((folder_ / "out.dg").string(), *result)) << console_;
+        EXPECT_TRUE(loadGraph((folder_.root() / "out.dg").string(), *result)) << console_;
         return result;
     }
 
@@ -169,7 +133,7 @@ class ExampleTest : public ::testing::Test {
         return arguments;
     }
 
-    fs::path folder_;
+    test::TempFolder folder_;
     std::string console_;
 };
 
@@ -253,7 +217,7 @@ TEST_F(ExampleTest, MutexServesEveryProcessOnceAndTheTokenComesBack) {
     ASSERT_TRUE(five);
     expectServedRing(*five, 5);
 
-    std::ofstream ring(folder_ / "ring.dg");
+    std::ofstream ring(folder_.root() / "ring.dg");
     ring << "directed graph {\n";
     for (int i = 1; i <= 40; ++i)
         ring << "vertex " << i << " { label process }\n";
@@ -261,7 +225,7 @@ TEST_F(ExampleTest, MutexServesEveryProcessOnceAndTheTokenComesBack) {
         ring << "edge " << i << " -> " << i % 40 + 1 << " { label next }\n";
     ring << "}\n";
     ring.close();
-    const auto forty = run("mutex", 0, "", (folder_ / "ring.dg").string());
+    const auto forty = run("mutex", 0, "", (folder_.root() / "ring.dg").string());
     ASSERT_TRUE(forty);
     expectServedRing(*forty, 40);
 }

@@ -3,12 +3,15 @@
 // table keeps it loaded, so the objects it made may outlive any one test.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <fstream>
 #include <iterator>
 #include <string>
 
 #include "koral/GraphClassHandlers.h"
-#include "koral/tests/KoralTestSupport.h"
+#include "tests/support/ScopedEnvironment.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum::test {
 

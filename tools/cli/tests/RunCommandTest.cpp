@@ -2,22 +2,11 @@
 // graph class handler DirectedGraph.gc and the method library graphstats.
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-
-#include <chrono>
-#include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <thread>
-
-#include "CliRun.h"
-#include "KoralRunTestSupport.h"
 #include "graph/GraphReader.h"
-
-extern char** environ;
+#include "tests/support/ConsoleText.h"
+#include "tests/support/Program.h"
+#include "tests/support/ScopedEnvironment.h"
+#include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {
@@ -72,64 +61,6 @@ end.
 const std::string kBanner =
     "== Koral Interpreter v3 r2 ==\nCopyright (c) 2026 the Vellum developers\n\n";
 
-// The CLI started with its standard output and standard error in files (error dropped when no
-// file is named).
-class CliProcess {
-  public:
-    CliProcess(const std::vector<std::string>& arguments, const std::string& outputFile,
-               const std::string& errorFile = "/dev/null") {
-        std::vector<std::string> words = {VELLUM_CLI_PATH};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        std::vector<char*> argv;
-        for (std::string& word : words)
-            argv.push_back(word.data());
-        argv.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(),
-                                         O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        posix_spawn_file_actions_addopen(&actions, 2, errorFile.c_str(),
-                                         O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        if (posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ) != 0)
-            pid_ = -1;
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    ~CliProcess() {
-        if (pid_ > 0 && !finished_) {
-            ::kill(pid_, SIGKILL);
-            ::waitpid(pid_, nullptr, 0);
-        }
-    }
-    CliProcess(const CliProcess&) = delete;
-    CliProcess& operator=(const CliProcess&) = delete;
-
-    void interrupt() const { ::kill(pid_, SIGINT); }
-    // The exit status; -1 when the process did not end normally within the time.
-    int wait(std::chrono::seconds limit = std::chrono::seconds(60)) {
-        const auto deadline = std::chrono::steady_clock::now() + limit;
-        int status = 0;
-        while (pid_ > 0 && std::chrono::steady_clock::now() < deadline) {
-            if (::waitpid(pid_, &status, WNOHANG) == pid_) {
-                finished_ = true;
-                return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        return -1;
-    }
-
-  private:
-    pid_t pid_ = -1;
-    bool finished_ = false;
-};
-
-std::string contents(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 class RunCommand : public ::testing::Test {
   protected:
     RunCommand()
@@ -148,12 +79,9 @@ class RunCommand : public ::testing::Test {
         int status;
         std::string error;
     };
-    Result cli(const std::vector<std::string>& arguments) {
-        const std::string out = folder_.path("stdout.txt");
-        const std::string error = folder_.path("stderr.txt");
-        CliProcess process(arguments, out, error);
-        const int status = process.wait();
-        return {withoutTime(contents(out)), status, withoutTime(contents(error))};
+    static Result cli(const std::vector<std::string>& arguments) {
+        const test::ProgramResult run = test::runCli(arguments);
+        return {withoutTime(run.out), run.status, withoutTime(run.err)};
     }
 
     TempFolder folder_;
@@ -239,18 +167,14 @@ TEST_F(RunCommand, RefusesWhatItCannotLoad) {
 }
 
 TEST_F(RunCommand, CtrlCStopsTheRunWhichStillEndsAndSaves) {
-    const std::string out = folder_.path("stdout.txt");
     const std::string saved = folder_.path("stopped.dg");
-    CliProcess process(
-        {"run", module_, "forever", folder_.path("start.dg"), "--quiet", "-o", saved}, out);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (contents(out).find("RUNNING") == std::string::npos &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    test::Program process({test::cliPath(), "run", module_, "forever", folder_.path("start.dg"),
+                           "--quiet", "-o", saved});
+    process.waitForOutput("RUNNING");
     process.interrupt();
-    EXPECT_EQ(process.wait(), 130);
-    EXPECT_EQ(withoutTime(contents(out)),
+    const test::ProgramResult result = process.wait();
+    EXPECT_EQ(result.status, 130);
+    EXPECT_EQ(withoutTime(result.out),
               "RUNNING 'forever'...\nProgram aborted by user\nREADY 'forever'...T seconds.\n");
     const auto graph = loadGraph(saved);
     ASSERT_NE(graph, nullptr);
@@ -305,8 +229,8 @@ end.
 // -o naming a file the run read: a run that ends normally writes over it, one that does not
 // leaves it as it was and writes its graph beside it.
 TEST_F(RunCommand, UnfinishedRunsDoNotWriteOverTheirInput) {
-    const std::string graph = contents(folder_.path("start.dg"));
-    const std::string rule = contents(folder_.path("aToB.drl"));
+    const std::string graph = TempFolder::read(folder_.path("start.dg"));
+    const std::string rule = TempFolder::read(folder_.path("aToB.drl"));
     const struct {
         const char* unit;
         std::string output;   // as given to -o
@@ -324,10 +248,10 @@ TEST_F(RunCommand, UnfinishedRunsDoNotWriteOverTheirInput) {
         const Result result =
             cli({"run", module_, row.unit, folder_.path("start.dg"), "--quiet", "-o", row.output});
         EXPECT_EQ(result.status, row.status) << row.output;
-        EXPECT_EQ(contents(folder_.path("aToB.drl")), rule);
+        EXPECT_EQ(TempFolder::read(folder_.path("aToB.drl")), rule);
         const std::string written = row.partial.empty() ? row.output : row.partial;
         if (!row.partial.empty()) {
-            EXPECT_EQ(contents(row.output),
+            EXPECT_EQ(TempFolder::read(row.output),
                       row.output.find("aToB") != std::string::npos ? rule : graph);
             EXPECT_NE(result.error.find("'" + row.partial + "'"), std::string::npos)
                 << result.error;
@@ -340,17 +264,13 @@ TEST_F(RunCommand, UnfinishedRunsDoNotWriteOverTheirInput) {
 
 TEST_F(RunCommand, CtrlCDoesNotWriteOverTheInput) {
     const std::string input = folder_.path("start.dg");
-    const std::string graph = contents(input);
-    const std::string out = folder_.path("stdout.txt");
-    CliProcess process({"run", module_, "forever", input, "--quiet", "-o", input}, out);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (contents(out).find("RUNNING") == std::string::npos &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    const std::string graph = TempFolder::read(input);
+    test::Program process(
+        {test::cliPath(), "run", module_, "forever", input, "--quiet", "-o", input});
+    process.waitForOutput("RUNNING");
     process.interrupt();
-    EXPECT_EQ(process.wait(), 130);
-    EXPECT_EQ(contents(input), graph);
+    EXPECT_EQ(process.wait().status, 130);
+    EXPECT_EQ(TempFolder::read(input), graph);
     EXPECT_NE(loadGraph(folder_.path("start.partial.dg")), nullptr);
 }
 
@@ -373,7 +293,7 @@ TEST(CommandHelp, EveryCommandPrintsItsUsage) {
     for (const char* name : {"eval", "check", "convert", "match", "apply", "layout", "run"}) {
         for (const std::vector<std::string>& arguments :
              {std::vector<std::string>{name, "--help"}, {name, "x", "-h"}}) {
-            const test::CliRun run = test::cli(arguments);
+            const test::ProgramResult run = test::runCli(arguments);
             EXPECT_EQ(run.status, 0) << name << " " << arguments.back();
             EXPECT_EQ(run.out.rfind(std::string("usage: vellum-cli ") + name + " ", 0), 0u)
                 << run.out;

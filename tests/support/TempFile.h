@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace vellum::testing {
+namespace vellum::test {
 
 class TempFile {
   public:
@@ -44,4 +44,4 @@ class TempFile {
     std::string path_;
 };
 
-}  // namespace vellum::testing
+}  // namespace vellum::test
