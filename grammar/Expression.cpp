@@ -29,6 +29,10 @@ std::unique_ptr<ConstantNode> numberConstant(const std::string& text) {
     return std::make_unique<ConstantNode>(Value::integer(integer));
 }
 
+// Action numbers the grammar does not use, accepted with no effect.
+constexpr int kFirstReservedAction = 15;
+constexpr int kLastReservedAction = 19;
+
 Operator relationFor(int code) {
     switch (code) {
         case kTokenLessEqual:
@@ -45,7 +49,7 @@ Operator relationFor(int code) {
 }  // namespace
 
 Expression::Expression() {
-    loadGrammar(expressionGrammarText(), expressionTokenText());
+    loadGrammar(kExpressionGrammar, kExpressionTokens);
 }
 
 Expression::Expression(const std::string& text) : Expression() {
@@ -90,23 +94,13 @@ std::unique_ptr<Value> Expression::evaluateOnce(const std::string& text,
     return evaluate(environment);
 }
 
-int Expression::latestCode() const {
-    const TokenRecord* token = tokenAt(0);
-    return token == nullptr ? -1 : token->code;
-}
-
-std::string Expression::latestText() const {
-    const TokenRecord* token = tokenAt(0);
-    return token == nullptr ? std::string() : token->text;
-}
-
 int Expression::push(Operator op) {
     builder_.pushOperator(op);
     return 1;
 }
 
 int Expression::pushVariable() {
-    std::string name = latestText();
+    std::string name(tokenText(0));
     if (std::find(variableNames_.begin(), variableNames_.end(), name) == variableNames_.end())
         variableNames_.push_back(name);
     builder_.pushOperand(std::make_unique<VariableNode>(std::move(name)));
@@ -114,7 +108,7 @@ int Expression::pushVariable() {
 }
 
 int Expression::pushNumber() {
-    auto constant = numberConstant(latestText());
+    auto constant = numberConstant(std::string(tokenText(0)));
     if (!constant)
         return 0;  // an integer beyond 32 bits: not a well-formed expression
     builder_.pushOperand(std::move(constant));
@@ -122,7 +116,7 @@ int Expression::pushNumber() {
 }
 
 int Expression::pushCall() {
-    const std::string text = latestText();
+    const std::string text(tokenText(0));
     auto call = CallNode::load(text);
     if (!call) {
         failure_ = exprException::kLibraryNotLoaded;
@@ -138,54 +132,49 @@ int Expression::reduce() {
 }
 
 int Expression::onAction(int number) {
-    switch (number) {
-        case 1:
+    if (number >= kFirstReservedAction && number <= kLastReservedAction)
+        return 1;
+    switch (static_cast<ExpressionAction>(number)) {
+        case ExpressionAction::Or:
             return push(Operator::Or);
-        case 2:
+        case ExpressionAction::And:
             return push(Operator::And);
-        case 3:
-            return push(latestCode() == kTokenEqual ? Operator::Equal : Operator::NotEqual);
-        case 4:
-            return push(relationFor(latestCode()));
-        case 5:
-            return push(latestCode() == kTokenPlus ? Operator::Add : Operator::Subtract);
-        case 6:
-            return push(latestCode() == kTokenTimes ? Operator::Multiply : Operator::Divide);
-        case 7:
+        case ExpressionAction::Equality:
+            return push(tokenCode(0) == kTokenEqual ? Operator::Equal : Operator::NotEqual);
+        case ExpressionAction::Relation:
+            return push(relationFor(tokenCode(0)));
+        case ExpressionAction::Additive:
+            return push(tokenCode(0) == kTokenPlus ? Operator::Add : Operator::Subtract);
+        case ExpressionAction::Multiplicative:
+            return push(tokenCode(0) == kTokenTimes ? Operator::Multiply : Operator::Divide);
+        case ExpressionAction::Unary:
             builder_.setUnaryPending();
-            return push(latestCode() == kTokenMinus ? Operator::Negate : Operator::Not);
-        case 8:
+            return push(tokenCode(0) == kTokenMinus ? Operator::Negate : Operator::Not);
+        case ExpressionAction::Variable:
             return pushVariable();
-        case 9:
+        case ExpressionAction::Number:
             return pushNumber();
-        case 10:
-            builder_.pushOperand(std::make_unique<ConstantNode>(Value::string(latestText())));
-            return 1;
-        case 11:
+        case ExpressionAction::String:
             builder_.pushOperand(
-                std::make_unique<ConstantNode>(Value::boolean(latestCode() == kTokenTrue)));
+                std::make_unique<ConstantNode>(Value::string(std::string(tokenText(0)))));
             return 1;
-        case 12:
+        case ExpressionAction::Boolean:
+            builder_.pushOperand(
+                std::make_unique<ConstantNode>(Value::boolean(tokenCode(0) == kTokenTrue)));
+            return 1;
+        case ExpressionAction::Conditional:
             builder_.pushConditional();
             return 1;
-        case 13:
+        case ExpressionAction::Call:
             return pushCall();
-        case 14:
+        case ExpressionAction::Argument:
             return builder_.appendArgument() ? 1 : 0;
-        case 15:
-        case 16:
-        case 17:
-        case 18:
-        case 19:
-            return 1;
-        case 20:
+        case ExpressionAction::Reduce:
             return reduce();
-        case 21:
+        case ExpressionAction::ReduceUnary:
             return builder_.takeUnaryPending() ? reduce() : 1;
-        default:
-            console() << "Unkown callback number !!!\n";
-            return 0;
     }
+    return unknownAction();
 }
 
 }  // namespace vellum

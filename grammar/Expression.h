@@ -51,8 +51,6 @@ class Expression : public GrammarParser {
     int onAction(int number) override;
 
   private:
-    int latestCode() const;
-    std::string latestText() const;
     int push(Operator op);
     int pushVariable();
     int pushNumber();

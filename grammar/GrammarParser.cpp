@@ -3,6 +3,7 @@
 #include <cctype>
 #include <vector>
 
+#include "base/Console.h"
 #include "grammar/ParseReport.h"
 #include "grammar/SyntaxGraph.h"
 
@@ -165,6 +166,21 @@ void GrammarParser::noteAccepted() {
     const long begin = end - (token != nullptr ? static_cast<long>(token->text.size()) : 0);
     spans_[spanCount_ % spans_.size()] = {begin, end};
     ++spanCount_;
+}
+
+std::string_view GrammarParser::tokenText(std::size_t k) const {
+    const TokenRecord* token = tokenAt(k);
+    return token != nullptr ? std::string_view(token->text) : std::string_view();
+}
+
+int GrammarParser::tokenCode(std::size_t k) const {
+    const TokenRecord* token = tokenAt(k);
+    return token != nullptr ? token->code : -1;
+}
+
+int GrammarParser::unknownAction() {
+    console() << "Unkown callback number !!!\n";
+    return 0;
 }
 
 std::pair<long, long> GrammarParser::tokenSpan(std::size_t k) const {

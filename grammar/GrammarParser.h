@@ -50,6 +50,10 @@ class GrammarParser {
                    long& position);
 
     const TokenRecord* tokenAt(std::size_t k) const { return scanner_->tokenAt(k); }
+    // The text and the code of tokenAt(k): empty and -1 when there is no such token. The text
+    // stays valid until the next token is accepted.
+    std::string_view tokenText(std::size_t k) const;
+    int tokenCode(std::size_t k) const;
     // Begin and end offset in the input of the token tokenAt(k) returns; 0, 0 when there is none.
     std::pair<long, long> tokenSpan(std::size_t k) const;
 
@@ -67,6 +71,10 @@ class GrammarParser {
     bool limitReached() const { return limitReached_; }
 
   protected:
+    // What onAction answers for a number its grammar does not have: says "Unkown callback
+    // number !!!" on the console and returns 0, which aborts the parse.
+    static int unknownAction();
+
     // Lets a client use its own scanner (for example one that overrides onToken). Call before
     // loadGrammar().
     void setScanner(std::unique_ptr<TokenScanner> scanner);

@@ -6,6 +6,7 @@
 #include "grammar/Cache.h"
 #include "graph/GraphFormat.h"
 #include "graph/RealAttribute.h"
+#include "graph/RuleFormat.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
 

@@ -1,7 +1,7 @@
 // The graph file format (.dg) as the grammar engine reads it: the token definitions and the GRAPH
-// grammar, each one constant text, and the tokens of rule files (.drl), which share the value
-// tokens. The readers parse with them, the writers check names against them, and the engine's
-// own tests use the very same texts (this header needs no library).
+// grammar, each one constant text, with the codes of its tokens and the numbers of its actions.
+// The value and object tokens are shared with rule files (graph/RuleFormat.h). The readers parse
+// with these texts and the writers check names against them (this header needs no library).
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,14 @@ namespace vellum {
 inline constexpr int kNumberToken = 1000;
 inline constexpr int kIdentifierToken = 1001;
 inline constexpr int kStringToken = 1002;
-inline constexpr int kExpressionToken = 23;  // rule files only
+// Codes of the keywords the actions tell apart, the same in graph and rule files.
+inline constexpr int kVertexToken = 2;
+inline constexpr int kTrueToken = 4;
+inline constexpr int kFalseToken = 5;
+
+// The integer attribute that holds an object's number while a file is read (and a created
+// vertex's origin while a rewriting step runs); none is left behind.
+inline constexpr char kNumberAttribute[] = "__ID__";
 
 // The longest number, quoted string or bracketed expression the readers take, quotes and
 // brackets included: a real written in plain decimal runs to some 330 characters, and strings
@@ -52,29 +59,7 @@ $LLABEL : 14 = "label".
 )TOKENS",
                                               kGraphValueTokens, kCharacterClasses, ".");
 
-// The rule file's tokens, in the order the scanner tries them: keywords before the identifier,
-// "->" before a negative number.
-inline constexpr auto kRuleTokens = joinText(R"TOKENS(
-$COMMENT : 0 = "%" {"$CHAR$"}.
-$LGRAPHRULE : 16 = "directed graphrule".
-)TOKENS",
-                                             kGraphObjectTokens, R"TOKENS($LINPUT : 10 = "input".
-$LOUTPUT : 11 = "output".
-$LEDGE : 12 = "edge".
-$LARROW : 13 = "\->".
-$LLABEL : 14 = "label".
-$LARROW1 : 15 = "<\->".
-$LANCHOR : 17 = "interface".
-$LLEFTSIDE : 20 = "left\-hand side".
-$LRIGHTSIDE : 21 = "right\-hand side".
-$LAPPCOND : 22 = "application condition".
-$EXPRESSION : 23 = "[" {(INTERNAL | "#]")} "]".
-$WILDCARD : 24 = "*".
-$LREF : 25 = "@".
-)TOKENS",
-                                             kGraphValueTokens, kCharacterClasses, ".");
-
-// Start symbol GRAPH; the action numbers are listed with the graph reader's handler.
+// Start symbol GRAPH; the numbers in angle brackets are the GraphAction values.
 inline constexpr char kGraphGrammar[] = R"GRAMMAR(
 GRAPH = $LGRAPH <0> [$IDENTIFIER <1>] "{" VERTICES EDGES "}".
 VERTICES = { VERTEX }.
@@ -90,5 +75,20 @@ VECTOR = $LVECTOR $IDENTIFIER <7> "=" "(" $NUMBER <8> { $NUMBER <8>} ")" <9>.
 EDGE = $LEDGE $NUMBER $LARROW $NUMBER <10> ["{" [LABEL] {ATTRIBUTE} "}" ].
 #GRAPH.
 )GRAMMAR";
+
+enum class GraphAction : int {
+    ClearGraph = 0,
+    GraphName = 1,
+    Vertex = 2,
+    Boolean = 3,
+    Integer = 4,
+    Real = 5,
+    String = 6,
+    VectorStart = 7,
+    VectorElement = 8,
+    VectorEnd = 9,
+    Edge = 10,
+    Label = 11,
+};
 
 }  // namespace vellum

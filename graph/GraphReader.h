@@ -4,19 +4,15 @@
 // time, with the result of the search in vertex-list order (the first vertex with the number).
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <unordered_map>
-#include <vector>
 
-#include "grammar/GrammarParser.h"
 #include "graph/DirectedGraph.h"
+#include "graph/GraphTextReader.h"
 
 namespace vellum {
 
-class GraphReader : public GrammarParser {
+class GraphReader : public GraphTextReader {
   public:
     GraphReader();
 
@@ -29,27 +25,12 @@ class GraphReader : public GrammarParser {
     int onAction(int number) override;
 
   private:
-    std::string_view tokenText(std::size_t k) const;
     void startGraph();
-    bool addVertex();
-    bool addBoolean();
-    bool addInteger();
-    bool addReal();
-    bool addString();
-    bool startVector();
-    bool addVectorElement();
-    bool finishVector();
     bool addEdge();
-    void reportMissingVertex(std::size_t token, std::int32_t number) const;
-    bool setLabel();
-    DirectedGraphVertex* vertexNumbered(std::int32_t number) const;
 
     DirectedGraph* graph_ = nullptr;
-    GraphObject* current_ = nullptr;  // the vertex or edge that labels and attributes go to
-    std::string vectorName_;
-    std::vector<double> vectorElements_;
     // The first vertex read with each number: what a search by "__ID__" in list order finds.
-    std::unordered_map<std::int32_t, DirectedGraphVertex*> vertexByNumber_;
+    VertexNumbers vertexByNumber_;
 };
 
 // Reads a graph file and, only when that succeeds, replaces the contents of `graph` with what

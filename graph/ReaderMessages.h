@@ -6,6 +6,7 @@
 
 namespace vellum {
 
+// An edge endpoint that names no vertex; the console shows it followed by "!!!".
 inline std::string missingVertex(std::int32_t number) {
     return "Vertex with number '" + std::to_string(number) + "' not found";
 }

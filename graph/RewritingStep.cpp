@@ -3,16 +3,10 @@
 #include <algorithm>
 
 #include "base/Console.h"
+#include "graph/GraphFormat.h"
 #include "graph/IntegerAttribute.h"
 
 namespace vellum {
-namespace {
-
-// Marks a vertex the step created with the right-hand vertex it was made from, until the step
-// completes.
-constexpr const char* kNumberAttribute = "__ID__";
-
-}  // namespace
 
 RewritingStep::RewritingStep(const DirectedGraphRule& rule, DirectedGraph& host,
                              const RuleCallback& callback)
@@ -81,6 +75,7 @@ bool RewritingStep::updateVertices(const GraphMorphism& occurrence) {
         } else {
             vertex = host_.createVertex();
             vertex->setLabel(plan.vertex->label());
+            // Marks the vertex with the right-hand vertex it was made from, until complete().
             vertex->addAttribute(
                 std::make_unique<IntegerAttribute>(kNumberAttribute, static_cast<int>(i) + 1));
             created_.push_back(vertex);

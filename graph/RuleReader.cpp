@@ -5,83 +5,16 @@
 #include "graph/AttributeExpression.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/ExpressionCheck.h"
-#include "graph/GraphFormat.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/NumberText.h"
 #include "graph/ReaderMessages.h"
 #include "graph/RealAttribute.h"
+#include "graph/RuleFormat.h"
 #include "graph/RuleObjectData.h"
 #include "graph/StringAttribute.h"
-#include "graph/VectorAttribute.h"
 
 namespace vellum {
-namespace {
-
-constexpr const char* kRuleGrammar = R"GRAMMAR(
-GRAPHRULE = $LGRAPHRULE $IDENTIFIER <50> "{" RULE "}".
-RULE = <51> <0> $LLEFTSIDE GRAPH ANCHOR <52> <0> $LRIGHTSIDE GRAPH <53> [APPCOND].
-ANCHOR = $LANCHOR "{" { ASSIGN } "}".
-ASSIGN = ($LVERTEX | $LEDGE) $NUMBER $LARROW1 $NUMBER <54>.
-GRAPH = "{" VERTICES EDGES "}".
-VERTICES = { VERTEX }.
-EDGES = { EDGE }.
-VERTEX = $LVERTEX [$LREF] $NUMBER <2> [$LREF $NUMBER <14>] ["=" $IDENTIFIER <12>] ["{" [LABEL] {ATTRIBUTE} "}"] .
-ATTRIBUTE = BOOLEAN | INTEGER | REAL | STRING | VECTOR.
-LABEL = $LLABEL ($IDENTIFIER | $WILDCARD) <11>.
-BOOLEAN = $LBOOLEAN $IDENTIFIER "=" ($LTRUE | $LFALSE | $EXPRESSION) <3>.
-INTEGER = $LINTEGER $IDENTIFIER "=" ($NUMBER | $EXPRESSION) <4>.
-REAL = $LREAL $IDENTIFIER "=" ($NUMBER | $EXPRESSION)<5>.
-STRING = $LSTRING $IDENTIFIER "=" ($LLSTRING | $EXPRESSION) <6>.
-VECTOR = $LVECTOR $IDENTIFIER <7> "=" "(" { $NUMBER <8>} ")" <9>.
-EDGE = $LEDGE $NUMBER ":" $NUMBER $LARROW $NUMBER <10> ["=" $IDENTIFIER <12>] ["{" [LABEL] {ATTRIBUTE} "}"] .
-APPCOND = $LAPPCOND "=" $EXPRESSION <13>.
-#GRAPHRULE.
-)GRAMMAR";
-
-// The action numbers of the grammar above.
-enum Action : int {
-    kClearGraph = 0,
-    kVertex = 2,
-    kBoolean = 3,
-    kInteger = 4,
-    kReal = 5,
-    kString = 6,
-    kVectorStart = 7,
-    kVectorElement = 8,
-    kVectorEnd = 9,
-    kEdge = 10,
-    kLabel = 11,
-    kVariable = 12,
-    kCondition = 13,
-    kReference = 14,
-    kRuleName = 50,
-    kLeftSide = 51,
-    kRightSide = 52,
-    kInterfaceEnd = 53,
-    kInterfacePair = 54,
-};
-
-// Token codes the actions look at.
-constexpr int kTrueCode = 4;
-constexpr int kFalseCode = 5;
-constexpr int kVertexCode = 2;
-constexpr int kReferenceCode = 25;
-constexpr const char* kNumberAttribute = "__ID__";
-
-// The expression between the brackets of an $EXPRESSION token.
-std::string expressionText(std::string_view token) {
-    if (token.size() >= 2)
-        token = token.substr(1, token.size() - 2);
-    return std::string(token);
-}
-
-template <typename T>
-T* numbered(const std::unordered_map<std::int32_t, T*>& map, std::int32_t number) {
-    const auto at = map.find(number);
-    return at == map.end() ? nullptr : at->second;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 RuleReader::RuleReader() {
     loadGrammar(kRuleGrammar, kRuleTokens);
@@ -130,57 +63,55 @@ void RuleReader::removeNumbers() {
 }
 
 int RuleReader::onAction(int number) {
-    switch (number) {
-        case kRuleName:
+    switch (static_cast<RuleAction>(number)) {
+        case RuleAction::RuleName:
             return setName();
-        case kLeftSide:
+        case RuleAction::LeftSide:
             return startLeftSide();
-        case kClearGraph:
-            return clearCurrentGraph();
-        case kRightSide:
+        case RuleAction::RightSide:
             return startRightSide();
-        case kInterfaceEnd:
+        case RuleAction::InterfaceEnd:
             return resolveInterface();
-        case kInterfacePair:
+        case RuleAction::InterfacePair:
             return addInterfacePair();
-        case kVertex:
-            return addVertex();
-        case kReference:
+        case RuleAction::Reference:
             return addReference();
-        case kVariable:
+        case RuleAction::Variable:
             return setVariable();
-        case kLabel:
-            return setLabel();
-        case kBoolean:
-            return addBoolean();
-        case kInteger:
-        case kReal:
-        case kString:
-            return addScalar(number);
-        case kVectorStart:
-            return startVector();
-        case kVectorElement:
-            return addVectorElement();
-        case kVectorEnd:
-            return finishVector();
-        case kEdge:
-            return addEdge();
-        case kCondition:
+        case RuleAction::Condition:
             return setCondition();
-        default:
-            console() << "Unkown callback number !!!\n";
-            return 0;
     }
+    return onObjectAction(static_cast<GraphAction>(number));
 }
 
-std::string_view RuleReader::tokenText(std::size_t k) const {
-    const TokenRecord* record = token(k);
-    return record != nullptr ? std::string_view(record->text) : std::string_view();
-}
-
-int RuleReader::tokenCode(std::size_t k) const {
-    const TokenRecord* record = token(k);
-    return record != nullptr ? record->code : -1;
+int RuleReader::onObjectAction(GraphAction action) {
+    switch (action) {
+        case GraphAction::ClearGraph:
+            return clearCurrentGraph();
+        case GraphAction::Vertex:
+            return addVertex();
+        case GraphAction::Label:
+            return setLabel();
+        case GraphAction::Boolean:
+            return addAttribute(AttributeType::Boolean);
+        case GraphAction::Integer:
+            return addAttribute(AttributeType::Integer);
+        case GraphAction::Real:
+            return addAttribute(AttributeType::Real);
+        case GraphAction::String:
+            return addAttribute(AttributeType::String);
+        case GraphAction::VectorStart:
+            return startVector();
+        case GraphAction::VectorElement:
+            return addVectorElement();
+        case GraphAction::VectorEnd:
+            return finishVector();
+        case GraphAction::Edge:
+            return addEdge();
+        case GraphAction::GraphName:
+            break;  // not in the rule grammar
+    }
+    return unknownAction();
 }
 
 bool RuleReader::isExpression(std::size_t k) const {
@@ -221,7 +152,7 @@ bool RuleReader::startRightSide() {
 }
 
 bool RuleReader::addInterfacePair() {
-    const PairKind kind = tokenCode(3) == kVertexCode ? PairKind::Vertex : PairKind::Edge;
+    const PairKind kind = tokenCode(3) == kVertexToken ? PairKind::Vertex : PairKind::Edge;
     pairs_.push_back({kind, integerValue(tokenText(2)), integerValue(tokenText(0)),
                       tokenSpan(2).first, tokenSpan(0).first});
     return true;
@@ -262,14 +193,9 @@ void RuleReader::checkInterfaceNumber(PairKind kind, bool found, std::int32_t nu
 bool RuleReader::addVertex() {
     if (graph_ == nullptr)
         return false;
-    const std::int32_t number = integerValue(tokenText(0));
-    DirectedGraphVertex* vertex = graph_->createVertex();
-    vertex->addAttribute(std::make_unique<IntegerAttribute>(kNumberAttribute, number));
-    // A later duplicate does not replace the first.
-    if (!verticesOfSide().emplace(number, vertex).second)
-        diagnoseToken(Severity::Warning, 0, duplicateNumber("vertex", number));
-    current_ = currentVertex_ = vertex;
-    if (tokenCode(1) != kReferenceCode)
+    DirectedGraphVertex* vertex = addNumberedVertex(*graph_, verticesOfSide());
+    currentVertex_ = vertex;
+    if (tokenCode(1) != kReferenceToken)
         return true;
     if (side_ == Side::Left) {
         setForcedReference(*vertex, true);
@@ -320,47 +246,13 @@ bool RuleReader::setVariable() {
     return true;
 }
 
-bool RuleReader::setLabel() {
-    if (current_ == nullptr)
-        return false;
-    current_->setLabel(tokenText(0));
-    return true;
-}
-
-bool RuleReader::addBoolean() {
+bool RuleReader::addAttribute(AttributeType type) {
     if (isExpression(0))
-        return addExpressionAttribute(kBoolean);
-    const int code = tokenCode(0);
-    if (current_ == nullptr || (code != kTrueCode && code != kFalseCode))
-        return false;
-    warnLeftAttribute(tokenSpan(1).first, std::string(tokenText(1)));
-    current_->addAttribute(
-        std::make_unique<BooleanAttribute>(std::string(tokenText(1)), code == kTrueCode));
-    return true;
+        return addExpressionAttribute(type);
+    return addValueAttribute(type);
 }
 
-bool RuleReader::addScalar(int action) {
-    if (isExpression(0))
-        return addExpressionAttribute(action);
-    if (current_ == nullptr)
-        return false;
-    std::string name(tokenText(1));
-    const std::string_view value = tokenText(0);
-    warnLeftAttribute(tokenSpan(1).first, name);
-    if (action == kInteger) {
-        current_->addAttribute(std::make_unique<IntegerAttribute>(name, integerValue(value)));
-    } else if (action == kReal) {
-        current_->addAttribute(std::make_unique<RealAttribute>(name, realValue(value)));
-    } else {
-        // The value is what stands between the quotes, as written.
-        const std::string_view text =
-            value.size() >= 2 ? value.substr(1, value.size() - 2) : std::string_view();
-        current_->addAttribute(std::make_unique<StringAttribute>(name, std::string(text)));
-    }
-    return true;
-}
-
-bool RuleReader::addExpressionAttribute(int action) {
+bool RuleReader::addExpressionAttribute(AttributeType type) {
     if (side_ != Side::Right) {
         console() << "Expressions are only allowed on the right hand side of the rule!!!\n";
         diagnoseToken(Severity::Error, 0,
@@ -378,28 +270,28 @@ bool RuleReader::addExpressionAttribute(int action) {
         return false;
     std::string name(tokenText(1));
     std::unique_ptr<Attribute> attribute;
-    switch (action) {
-        case kBoolean:
+    switch (type) {
+        case AttributeType::Boolean:
             attribute = std::make_unique<BooleanAttribute>(name, false);
             break;
-        case kInteger:
+        case AttributeType::Integer:
             attribute = std::make_unique<IntegerAttribute>(name, 0);
             break;
-        case kReal:
+        case AttributeType::Real:
             attribute = std::make_unique<RealAttribute>(name, 0.0);
             break;
         default:
             attribute = std::make_unique<StringAttribute>(name, std::string());
             break;
     }
-    const std::string text = expressionText(tokenText(0));
+    const std::string text = innerText(tokenText(0));
     checkExpression(text, 0, "the expression of the attribute '" + name + "'");
     setExpression(*attribute, text);
     current_->addAttribute(std::move(attribute));
     return true;
 }
 
-void RuleReader::warnLeftAttribute(long at, const std::string& name) const {
+void RuleReader::noteAttribute(long at, const std::string& name) {
     if (side_ != Side::Left)
         return;
     diagnose(Severity::Warning, fileName(), at,
@@ -430,39 +322,13 @@ void RuleReader::checkExpression(const std::string& text, std::size_t token,
              subject + " " + problem.reason);
 }
 
-bool RuleReader::startVector() {
-    vectorName_ = std::string(tokenText(0));
-    vectorNameAt_ = tokenSpan(0).first;
-    vectorElements_.clear();
-    return true;
-}
-
-bool RuleReader::addVectorElement() {
-    vectorElements_.push_back(realValue(tokenText(0)));
-    return true;
-}
-
-bool RuleReader::finishVector() {
-    if (current_ == nullptr)
-        return false;
-    warnLeftAttribute(vectorNameAt_, vectorName_);
-    current_->addAttribute(std::make_unique<VectorAttribute>(vectorName_, vectorElements_));
-    return true;
-}
-
 bool RuleReader::addEdge() {
     if (graph_ == nullptr)
         return false;
     const std::int32_t number = integerValue(tokenText(3));
-    const std::int32_t sourceNumber = integerValue(tokenText(2));
-    const std::int32_t targetNumber = integerValue(tokenText(0));
-    DirectedGraphVertex* source = numbered(verticesOfSide(), sourceNumber);
-    DirectedGraphVertex* target = numbered(verticesOfSide(), targetNumber);
-    if (source == nullptr)
-        reportMissingVertex(2, sourceNumber);
-    if (target == nullptr)
-        reportMissingVertex(0, targetNumber);
-    if (source == nullptr || target == nullptr)
+    DirectedGraphVertex* source = nullptr;
+    DirectedGraphVertex* target = nullptr;
+    if (!findEndpoints(verticesOfSide(), source, target))
         return false;
     DirectedGraphEdge* edge = graph_->createEdge(source, target);
     if (edge == nullptr)
@@ -474,13 +340,8 @@ bool RuleReader::addEdge() {
     return true;
 }
 
-void RuleReader::reportMissingVertex(std::size_t token, std::int32_t number) const {
-    console() << "Vertex with number '" << number << "' not found!!!\n";
-    diagnoseToken(Severity::Error, token, missingVertex(number));
-}
-
 bool RuleReader::setCondition() {
-    const std::string text = expressionText(tokenText(0));
+    const std::string text = innerText(tokenText(0));
     checkExpression(text, 0, "the application condition");
     rule_->setCondition(text);
     return true;

@@ -10,14 +10,15 @@
 #include <unordered_map>
 #include <vector>
 
-#include "grammar/GrammarParser.h"
 #include "graph/DirectedGraphRule.h"
+#include "graph/GraphFormat.h"
+#include "graph/GraphTextReader.h"
 
 namespace vellum {
 
 // The numbers of the file are held in "__ID__" attributes while reading and resolved through
 // maps in constant time (the first object with a number is the one a search in list order finds).
-class RuleReader : public GrammarParser {
+class RuleReader : public GraphTextReader {
   public:
     RuleReader();
 
@@ -46,11 +47,9 @@ class RuleReader : public GrammarParser {
     template <typename T>
     using Numbered = std::unordered_map<std::int32_t, T*>;
 
-    const TokenRecord* token(std::size_t k) const { return tokenAt(k); }
-    std::string_view tokenText(std::size_t k) const;
-    int tokenCode(std::size_t k) const;
     bool isExpression(std::size_t k) const;
 
+    int onObjectAction(GraphAction action);
     void reset(DirectedGraphRule& rule);
     bool setName();
     bool startLeftSide();
@@ -61,39 +60,28 @@ class RuleReader : public GrammarParser {
     bool addVertex();
     bool addReference();
     bool setVariable();
-    bool setLabel();
-    bool addBoolean();
-    bool addScalar(int action);
-    bool addExpressionAttribute(int action);
-    bool startVector();
-    bool addVectorElement();
-    bool finishVector();
+    // An attribute whose value token is an expression, or else a plain value.
+    bool addAttribute(AttributeType type);
+    bool addExpressionAttribute(AttributeType type);
     bool addEdge();
     bool setCondition();
     void removeNumbers();
-    void warnLeftAttribute(long at, const std::string& name) const;
+    void noteAttribute(long at, const std::string& name) override;
     void checkInterfaceNumber(PairKind kind, bool found, std::int32_t number, long at,
                               const char* side) const;
     // Records why the expression in token k would fail when the rule is applied, if it would.
     void checkExpression(const std::string& text, std::size_t token,
                          const std::string& subject) const;
-    void reportMissingVertex(std::size_t token, std::int32_t number) const;
 
-    Numbered<DirectedGraphVertex>& verticesOfSide() {
-        return side_ == Side::Left ? leftVertices_ : rightVertices_;
-    }
+    VertexNumbers& verticesOfSide() { return side_ == Side::Left ? leftVertices_ : rightVertices_; }
     Numbered<DirectedGraphEdge>& edgesOfSide() {
         return side_ == Side::Left ? leftEdges_ : rightEdges_;
     }
 
     DirectedGraphRule* rule_ = nullptr;
     Side side_ = Side::None;
-    DirectedGraph* graph_ = nullptr;  // the side being read
-    GraphObject* current_ = nullptr;  // the vertex or edge that labels and attributes go to
+    DirectedGraph* graph_ = nullptr;                // the side being read
     DirectedGraphVertex* currentVertex_ = nullptr;  // the latest vertex, for its reference
-    std::string vectorName_;
-    long vectorNameAt_ = 0;
-    std::vector<double> vectorElements_;
     long nameOffset_ = 0;
     std::vector<NumberPair> pairs_;  // the interface as numbers, until the right side is read
     Numbered<DirectedGraphVertex> leftVertices_, rightVertices_;

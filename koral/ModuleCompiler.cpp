@@ -23,34 +23,6 @@ namespace vellum {
 
 namespace {
 
-// The action numbers of the MOD grammar.
-enum Action : int {
-    kModuleName = 1,
-    kUses = 2,
-    kExport = 3,
-    kUnitHeading = 4,
-    kCall = 5,
-    kApplyMode = 6,
-    kAlternative = 7,
-    kConditionKind = 8,
-    kUnitCondition = 9,
-    kGraphClass = 10,
-    kIfCondition = 11,
-    kThenEnd = 12,
-    kElseEnd = 13,
-    kIfEnd = 14,
-    kWhileCondition = 16,
-    kWhileEnd = 17,
-    kSeparator = 18,
-};
-
-// Token codes the actions look at.
-constexpr int kInitialCode = 10;
-constexpr int kOnceCode = 12;
-constexpr int kAlapCode = 13;
-constexpr int kTimesCode = 27;
-constexpr int kSequenceCode = 28;
-
 // The number before "times" as an integer: the digits before any fraction, saturated.
 long long wholePart(const std::string& text) {
     const long long value = std::strtoll(text.c_str(), nullptr, 10);
@@ -114,55 +86,43 @@ std::unique_ptr<koralModule> ModuleCompiler::compile(const std::string& file,
 }
 
 int ModuleCompiler::onAction(int number) {
-    switch (number) {
-        case kModuleName:
+    switch (static_cast<ModuleAction>(number)) {
+        case ModuleAction::ModuleName:
             return setModuleName();
-        case kUses:
+        case ModuleAction::Uses:
             return useModule();
-        case kExport:
+        case ModuleAction::Export:
             return addExport();
-        case kUnitHeading:
+        case ModuleAction::UnitHeading:
             return startUnit();
-        case kCall:
+        case ModuleAction::Call:
             return addCall();
-        case kApplyMode:
+        case ModuleAction::ApplyMode:
             return startApply();
-        case kAlternative:
+        case ModuleAction::Alternative:
             return addAlternative();
-        case kConditionKind:
+        case ModuleAction::ConditionKind:
             return chooseCondition();
-        case kUnitCondition:
+        case ModuleAction::UnitCondition:
             return setUnitCondition();
-        case kGraphClass:
+        case ModuleAction::GraphClass:
             return setGraphClass();
-        case kIfCondition:
+        case ModuleAction::IfCondition:
             return openIf();
-        case kThenEnd:
+        case ModuleAction::ThenEnd:
             return startElse();
-        case kElseEnd:
+        case ModuleAction::ElseEnd:
             return true;  // the else statements went straight into their list
-        case kIfEnd:
+        case ModuleAction::IfEnd:
             return closeStatement();
-        case kWhileCondition:
+        case ModuleAction::WhileCondition:
             return openWhile();
-        case kWhileEnd:
+        case ModuleAction::WhileEnd:
             return closeStatement();
-        case kSeparator:
+        case ModuleAction::Separator:
             return setOrdering();
-        default:
-            console() << "Unkown callback number !!!\n";
-            return 0;
     }
-}
-
-std::string ModuleCompiler::tokenText(std::size_t k) const {
-    const TokenRecord* record = tokenAt(k);
-    return record != nullptr ? record->text : std::string();
-}
-
-int ModuleCompiler::tokenCode(std::size_t k) const {
-    const TokenRecord* record = tokenAt(k);
-    return record != nullptr ? record->code : -1;
+    return unknownAction();
 }
 
 koralSourcePosition ModuleCompiler::record(std::string label, int code, std::size_t firstToken) {
@@ -197,12 +157,12 @@ std::unique_ptr<KoralCondition> ModuleCompiler::compileCondition(const std::stri
 }
 
 bool ModuleCompiler::setModuleName() {
-    module_->setName(tokenText(0));
+    module_->setName(std::string(tokenText(0)));
     return true;
 }
 
 bool ModuleCompiler::setGraphClass() {
-    graphClass_ = tokenText(0);
+    graphClass_ = std::string(tokenText(0));
     module_->setGraphClass(graphClass_);
     if (GraphClassHandlers::instance().open(graphClass_))
         return true;
@@ -212,9 +172,10 @@ bool ModuleCompiler::setGraphClass() {
 }
 
 bool ModuleCompiler::useModule() {
-    const koralModule* used = ModuleCache::instance().load(tokenText(0), &chain_);
+    const koralModule* used = ModuleCache::instance().load(std::string(tokenText(0)), &chain_);
     if (used == nullptr) {
-        diagnoseToken(Severity::Error, 0, "Module '" + tokenText(0) + "' could not be loaded");
+        diagnoseToken(Severity::Error, 0,
+                      "Module '" + std::string(tokenText(0)) + "' could not be loaded");
         return false;
     }
     module_->addUse(*used);
@@ -222,12 +183,12 @@ bool ModuleCompiler::useModule() {
 }
 
 bool ModuleCompiler::addExport() {
-    module_->addExport(tokenText(0));
+    module_->addExport(std::string(tokenText(0)));
     return true;
 }
 
 bool ModuleCompiler::startUnit() {
-    auto unit = std::make_unique<koralUnit>(tokenText(0), *module_,
+    auto unit = std::make_unique<koralUnit>(std::string(tokenText(0)), *module_,
                                             record("UNIT", koralSourcePosition::kUnit, 1));
     unit_ = &module_->addUnit(std::move(unit));
     current_ = &unit_->body();
@@ -241,7 +202,7 @@ bool ModuleCompiler::startUnit() {
 bool ModuleCompiler::addCall() {
     try {
         current_->push_back(std::make_unique<koralCall>(
-            tokenText(0), record("CALL", koralSourcePosition::kCall, 1)));
+            std::string(tokenText(0)), record("CALL", koralSourcePosition::kCall, 1)));
     } catch (const koralException& e) {
         // The statement is left out and the module compiles on; the run would miss it.
         reportCaught(e);
@@ -255,13 +216,13 @@ bool ModuleCompiler::startApply() {
     long long count = 1;
     std::size_t applyToken = 1;
     switch (tokenCode(0)) {
-        case kOnceCode:
+        case kModuleOnceToken:
             break;
-        case kAlapCode:
+        case kModuleAlapToken:
             mode = koralApply::Mode::AsLongAsPossible;
             break;
-        case kTimesCode:
-            count = wholePart(tokenText(1));
+        case kModuleTimesToken:
+            count = wholePart(std::string(tokenText(1)));
             if (count < 2) {
                 console() << "The number of times must be greater than one!\n";
                 diagnoseToken(Severity::Error, 1, "The number of times must be greater than one");
@@ -282,7 +243,7 @@ bool ModuleCompiler::startApply() {
 }
 
 bool ModuleCompiler::addAlternative() {
-    const std::string name = tokenText(0);
+    const std::string name(tokenText(0));
     if (const SharedRule* rule = RuleCache::instance().find(name, graphClass_)) {
         apply_->addRule(*rule, record(name, koralSourcePosition::kRuleAlternative, 0));
         return true;
@@ -300,12 +261,12 @@ bool ModuleCompiler::addAlternative() {
 }
 
 bool ModuleCompiler::chooseCondition() {
-    initialCondition_ = tokenCode(0) == kInitialCode;
+    initialCondition_ = tokenCode(0) == kModuleInitialToken;
     return true;
 }
 
 bool ModuleCompiler::setUnitCondition() {
-    std::unique_ptr<KoralCondition> condition = compileCondition(tokenText(0));
+    std::unique_ptr<KoralCondition> condition = compileCondition(std::string(tokenText(0)));
     if (condition == nullptr)
         return false;
     if (initialCondition_) {
@@ -329,7 +290,7 @@ bool ModuleCompiler::mayOpenStatement() const {
 bool ModuleCompiler::openIf() {
     if (!mayOpenStatement())
         return false;
-    std::unique_ptr<KoralCondition> condition = compileCondition(tokenText(0));
+    std::unique_ptr<KoralCondition> condition = compileCondition(std::string(tokenText(0)));
     if (condition == nullptr)
         return false;
     auto statement =
@@ -360,7 +321,7 @@ bool ModuleCompiler::closeStatement() {
 bool ModuleCompiler::openWhile() {
     if (!mayOpenStatement())
         return false;
-    std::unique_ptr<KoralCondition> condition = compileCondition(tokenText(0));
+    std::unique_ptr<KoralCondition> condition = compileCondition(std::string(tokenText(0)));
     if (condition == nullptr)
         return false;
     auto statement = std::make_unique<koralWhile>(std::move(condition),
@@ -373,9 +334,9 @@ bool ModuleCompiler::openWhile() {
 }
 
 bool ModuleCompiler::setOrdering() {
-    const std::string separator = tokenText(0);
-    const auto ordering = tokenCode(0) == kSequenceCode ? koralApply::Ordering::Sequence
-                                                        : koralApply::Ordering::Random;
+    const std::string separator(tokenText(0));
+    const auto ordering = tokenCode(0) == kModuleSequenceToken ? koralApply::Ordering::Sequence
+                                                               : koralApply::Ordering::Random;
     if (firstSeparator_) {
         apply_->setOrdering(ordering);
         firstSeparator_ = false;

@@ -60,8 +60,6 @@ class ModuleCompiler : public GrammarParser {
     };
 
     void reset();
-    std::string tokenText(std::size_t k) const;
-    int tokenCode(std::size_t k) const;
     koralSourcePosition record(std::string label, int code, std::size_t firstToken);
     std::unique_ptr<KoralCondition> compileCondition(const std::string& token);
 
