@@ -8,19 +8,19 @@
 
 #include "base/Console.h"
 #include "fuzz/FuzzSupport.h"
+#include "fuzz/GraphSyntax.h"
 #include "grammar/ParseReport.h"
-#include "grammar/tests/GraphSyntax.h"
-#include "grammar/tests/TempFile.h"
+#include "tests/support/TempFile.h"
 
 using vellum::fuzz::check;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string content(reinterpret_cast<const char*>(data), size);
-    vellum::testing::TempFile file(content);
+    vellum::test::TempFile file(content);
     if (file.path().empty())
         return 0;
     vellum::ConsoleCapture capture;
-    vellum::testing::GraphSyntaxReader fromFile;
+    vellum::fuzz::GraphSyntaxReader fromFile;
     check(fromFile.loaded());
     vellum::fuzz::ParseOutcome outcome;
     outcome.ok = fromFile.parseFile(file.path(), vellum::kExcerptBefore, vellum::kExcerptAfter,
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         vellum::reportSyntaxError("File", file.path(), outcome.position, fromFile.lineNumber(),
                                   outcome.excerpt);
 
-    vellum::testing::GraphSyntaxReader fromString;
+    vellum::fuzz::GraphSyntaxReader fromString;
     const bool ok = fromString.parseString(content);
     if (content.find('\0') == std::string::npos) {
         check(ok == outcome.ok);

@@ -1,10 +1,11 @@
-// Test support: a reader that checks a graph file's syntax with the graph reader's own token
+// Fuzz support: a reader that checks a graph file's syntax with the graph reader's own token
 // definitions and grammar (graph/GraphFormat.h, a header that needs no library), the way the graph
 // reader does (edge endpoints resolved by vertex number, the shared two-line error report) without
-// building a graph. Lets the engine be tested and fuzzed on the realistic format before, and
-// independently of, the graph library.
+// building a graph. Lets the engine be fuzzed on the realistic format independently of the graph
+// library.
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -13,8 +14,9 @@
 #include "grammar/GrammarParser.h"
 #include "grammar/ParseReport.h"
 #include "graph/GraphFormat.h"
+#include "graph/ReaderMessages.h"
 
-namespace vellum::testing {
+namespace vellum::fuzz {
 
 class GraphSyntaxReader : public GrammarParser {
   public:
@@ -37,31 +39,29 @@ class GraphSyntaxReader : public GrammarParser {
 
     int onAction(int number) override {
         actions_.push_back(number);
-        switch (number) {
-            case 0:
+        switch (static_cast<GraphAction>(number)) {
+            case GraphAction::ClearGraph:
                 numbers_.clear();
                 edges_ = 0;
                 return 1;
-            case 2:
+            case GraphAction::Vertex:
                 numbers_.push_back(numberAt(0));
                 return 1;
-            case 3:
-                return tokenAt(0)->code == 4 || tokenAt(0)->code == 5 ? 1 : 0;
-            case 10:
+            case GraphAction::Boolean:
+                return tokenCode(0) == kTrueToken || tokenCode(0) == kFalseToken ? 1 : 0;
+            case GraphAction::Edge:
                 return addEdge();
-            case 1:
-            case 4:
-            case 5:
-            case 6:
-            case 7:
-            case 8:
-            case 9:
-            case 11:
+            case GraphAction::GraphName:
+            case GraphAction::Integer:
+            case GraphAction::Real:
+            case GraphAction::String:
+            case GraphAction::VectorStart:
+            case GraphAction::VectorElement:
+            case GraphAction::VectorEnd:
+            case GraphAction::Label:
                 return tokenAt(0) != nullptr ? 1 : 0;
-            default:
-                console() << "Unkown callback number !!!\n";
-                return 0;
         }
+        return unknownAction();
     }
 
   private:
@@ -82,7 +82,7 @@ class GraphSyntaxReader : public GrammarParser {
         bool ok = true;
         for (long number : {numberAt(2), numberAt(0)}) {
             if (!known(number)) {
-                console() << "Vertex with number '" << number << "' not found!!!\n";
+                console() << missingVertex(static_cast<std::int32_t>(number)) << "!!!\n";
                 ok = false;
             }
         }
@@ -97,4 +97,4 @@ class GraphSyntaxReader : public GrammarParser {
     int edges_ = 0;
 };
 
-}  // namespace vellum::testing
+}  // namespace vellum::fuzz
