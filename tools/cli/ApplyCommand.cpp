@@ -18,14 +18,6 @@
 namespace vellum::cli {
 namespace {
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "apply")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 struct ApplyOptions {
     std::string ruleFile;
     std::string graphFile;
@@ -33,50 +25,24 @@ struct ApplyOptions {
     std::optional<std::string> output;
 };
 
-std::optional<int> wholeNumber(std::string_view text) {
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
-}
-
 // The options, or the problem to report in `problem`.
 std::optional<ApplyOptions> parseOptions(const Arguments& arguments, std::string& problem) {
     ApplyOptions options;
     std::size_t files = 0;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        const bool takesValue = argument == "--mode" || argument == "-o";
-        if (takesValue && i + 1 == arguments.size()) {
-            problem = argument + " needs a value";
-            return std::nullopt;
-        }
-        if (argument == "--mode") {
-            const std::optional<int> mode = wholeNumber(arguments[++i]);
-            if (!mode) {
-                problem = "the mode must be a whole number";
-                return std::nullopt;
-            }
-            options.mode = *mode;
-        } else if (argument == "-o") {
-            options.output = arguments[++i];
-        } else if (files == 0) {
-            options.ruleFile = argument;
-            ++files;
-        } else if (files == 1) {
-            options.graphFile = argument;
-            ++files;
-        } else {
-            problem = "unexpected argument '" + argument + "'";
-            return std::nullopt;
-        }
-    }
-    if (files != 2) {
+    problem = OptionTable()
+                  .value("--mode",
+                         [&options](const std::string& text) {
+                             const std::optional<int> mode = wholeNumber<int>(text);
+                             options.mode = mode.value_or(options.mode);
+                             return mode ? "" : "the mode must be a whole number";
+                         })
+                  .value("-o", options.output)
+                  .positional(options.ruleFile)
+                  .positional(options.graphFile)
+                  .parse(arguments, files);
+    if (problem.empty() && files != 2)
         problem = "expected a rule file and a graph file";
-        return std::nullopt;
-    }
-    if (options.output)
+    if (problem.empty() && options.output)
         problem = outputFileProblem(*options.output);
     if (!problem.empty())
         return std::nullopt;
@@ -93,7 +59,7 @@ int runApply(const Arguments& arguments) {
     std::string problem;
     const std::optional<ApplyOptions> options = parseOptions(arguments, problem);
     if (!options)
-        return usage(problem);
+        return usageError("apply", problem);
     if (!openInput(options->ruleFile, "apply") || !openInput(options->graphFile, "apply"))
         return kExitFailed;
     const std::unique_ptr<DirectedGraphRule> rule = loadRule(options->ruleFile);

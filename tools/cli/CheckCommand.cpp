@@ -24,14 +24,6 @@
 namespace vellum::cli {
 namespace {
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "check")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 bool endsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
@@ -127,7 +119,7 @@ int runCheck(const Arguments& arguments) {
             files.push_back(argument);
     }
     if (files.empty())
-        return usage("no file given");
+        return usageError("check", "no file given");
     bool passed = true;
     for (const std::string& file : files) {
         Diagnostics found;

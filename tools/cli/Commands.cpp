@@ -1,5 +1,6 @@
 #include "tools/cli/Commands.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -52,6 +53,59 @@ int usageError(const Command& command, const std::string& problem) {
         std::cerr << "vellum-cli " << command.name << ": " << problem << "\n";
     std::cerr << "usage: vellum-cli " << command.name << " " << command.usage << "\n";
     return kExitUsage;
+}
+
+int usageError(std::string_view name, const std::string& problem) {
+    for (const Command& command : commands()) {
+        if (name == command.name)
+            return usageError(command, problem);
+    }
+    return kExitUsage;
+}
+
+OptionTable& OptionTable::flag(std::string name, bool& target) {
+    options_.push_back({std::move(name), &target, nullptr});
+    return *this;
+}
+
+OptionTable& OptionTable::value(std::string name, std::optional<std::string>& target) {
+    return value(std::move(name), [&target](const std::string& text) {
+        target = text;
+        return std::string();
+    });
+}
+
+OptionTable& OptionTable::value(std::string name, Reader read) {
+    options_.push_back({std::move(name), nullptr, std::move(read)});
+    return *this;
+}
+
+OptionTable& OptionTable::positional(std::string& target) {
+    positional_.push_back(&target);
+    return *this;
+}
+
+std::string OptionTable::parse(const Arguments& arguments, std::size_t& given) const {
+    given = 0;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        const auto option = std::find_if(options_.begin(), options_.end(),
+                                         [&](const Option& o) { return o.name == argument; });
+        if (option != options_.end() && option->flag != nullptr) {
+            *option->flag = true;
+        } else if (option != options_.end()) {
+            if (i + 1 == arguments.size())
+                return argument + " needs a value";
+            std::string problem = option->read(arguments[++i]);
+            if (!problem.empty())
+                return problem;
+        } else if (given < positional_.size()) {
+            *positional_[given++] = argument;
+        } else {
+            return "unexpected argument '" + argument + "'";
+        }
+    }
+    return {};
 }
 
 std::string outputFileProblem(const std::string& file) {

@@ -3,8 +3,12 @@
 // writes its usage message to standard error).
 #pragma once
 
+#include <charconv>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace vellum {
@@ -31,8 +35,48 @@ bool asksForHelp(const Arguments& arguments);
 // Writes "usage: vellum-cli NAME USAGE" and the description to standard output; returns 0.
 int printHelp(const Command& command);
 
-// Writes "usage: vellum-cli NAME USAGE" to standard error and returns 2.
+// Writes "vellum-cli NAME: PROBLEM" (when there is one) and "usage: vellum-cli NAME USAGE" to
+// standard error and returns 2: the one way a command refuses its arguments.
 int usageError(const Command& command, const std::string& problem = {});
+int usageError(std::string_view name, const std::string& problem = {});
+
+// `text` as a number of that type, all of it; none when it is not one or does not fit.
+template <typename Number>
+std::optional<Number> wholeNumber(std::string_view text) {
+    Number number{};
+    const char* last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number);
+    if (error != std::errc() || end != last)
+        return std::nullopt;
+    return number;
+}
+
+// A command's options and positional arguments, read in one pass from left to right: a flag
+// sets its bool, an option with a value takes the next argument, and every other argument fills
+// the next positional slot. A new command lists its options here instead of parsing by hand.
+class OptionTable {
+  public:
+    // Reads an option's value; returns the problem, empty when the value is fine.
+    using Reader = std::function<std::string(const std::string& value)>;
+
+    OptionTable& flag(std::string name, bool& target);
+    OptionTable& value(std::string name, std::optional<std::string>& target);
+    OptionTable& value(std::string name, Reader read);
+    OptionTable& positional(std::string& target);
+
+    // The first problem met ("-o needs a value", "unexpected argument 'X'", or a Reader's),
+    // empty when there is none; `given` is the number of positional arguments filled.
+    std::string parse(const Arguments& arguments, std::size_t& given) const;
+
+  private:
+    struct Option {
+        std::string name;
+        bool* flag = nullptr;
+        Reader read;
+    };
+    std::vector<Option> options_;
+    std::vector<std::string*> positional_;
+};
 
 // What is wrong with `file` as the file a command is to write (-o): empty when nothing is, else
 // the problem for usageError. Checked before the work, so that a run does not end unsaved: the

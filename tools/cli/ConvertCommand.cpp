@@ -16,14 +16,6 @@
 namespace vellum::cli {
 namespace {
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "convert")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 bool endsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
@@ -54,7 +46,7 @@ constexpr Conversion kConversions[] = {
 
 int runConvert(const Arguments& arguments) {
     if (arguments.size() != 2)
-        return usage("expected an input and an output file");
+        return usageError("convert", "expected an input and an output file");
     const std::string& in = arguments[0];
     const std::string& out = arguments[1];
     for (const Conversion& conversion : kConversions) {

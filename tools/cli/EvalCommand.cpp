@@ -13,14 +13,6 @@
 namespace vellum::cli {
 namespace {
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "eval")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 // A double-quoted string literal as expressions write it: every inner quote escaped.
 bool isStringLiteral(std::string_view text) {
     if (text.size() < 2 || text.front() != '"')
@@ -34,16 +26,6 @@ bool isStringLiteral(std::string_view text) {
             return i == text.size() - 1;
     }
     return false;
-}
-
-template <typename Number>
-std::optional<Number> wholeNumber(std::string_view text) {
-    Number number{};
-    const char* last = text.data() + text.size();
-    const auto [end, error] = std::from_chars(text.data(), last, number);
-    if (error != std::errc() || end != last)
-        return std::nullopt;
-    return number;
 }
 
 // A binding's value: true or false, a string literal (held with its quotes, as a string constant
@@ -80,17 +62,17 @@ int printResult(const std::string& text, const Environment& environment) {
 
 int runEval(const Arguments& arguments) {
     if (arguments.empty())
-        return usage("no expression given");
+        return usageError("eval", "no expression given");
     Environment environment;
     for (std::size_t i = 1; i < arguments.size(); ++i) {
         const std::string& binding = arguments[i];
         const auto equals = binding.find('=');
         if (equals == std::string::npos || equals == 0)
-            return usage("'" + binding + "' is not NAME=VALUE");
+            return usageError("eval", "'" + binding + "' is not NAME=VALUE");
         auto value = bindingValue(std::string_view(binding).substr(equals + 1));
         if (!value)
-            return usage("'" + binding.substr(equals + 1) +
-                         "' is not a boolean, integer, real or string literal");
+            return usageError("eval", "'" + binding.substr(equals + 1) +
+                                          "' is not a boolean, integer, real or string literal");
         environment.bind(binding.substr(0, equals), std::move(*value));
     }
     return printResult(arguments[0], environment);

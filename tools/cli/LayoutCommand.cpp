@@ -19,14 +19,6 @@
 namespace vellum::cli {
 namespace {
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "layout")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 int listLayouts() {
     int status = kExitOk;
     for (const std::string& name : LayoutLibrary::available()) {
@@ -79,16 +71,17 @@ int layoutFile(const std::string& name, const std::string& in, const std::string
 
 int runLayout(const Arguments& arguments) {
     if (!arguments.empty() && arguments[0] == "--list") {
-        return arguments.size() == 1 ? listLayouts() : usage("--list takes no further arguments");
+        return arguments.size() == 1 ? listLayouts()
+                                     : usageError("layout", "--list takes no further arguments");
     }
     if (arguments.size() == 2)
         return layoutFile(arguments[0], arguments[1], {});
     if (arguments.size() == 4 && arguments[2] == "-o") {
         const std::string problem = outputFileProblem(arguments[3]);
         return problem.empty() ? layoutFile(arguments[0], arguments[1], arguments[3])
-                               : usage(problem);
+                               : usageError("layout", problem);
     }
-    return usage("expected a layout name and a graph file, or --list");
+    return usageError("layout", "expected a layout name and a graph file, or --list");
 }
 
 }  // namespace vellum::cli

@@ -18,14 +18,6 @@
 namespace vellum::cli {
 namespace {
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "match")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 void printOccurrence(const GraphMorphism& occurrence, const ElementPositions& positions) {
     std::string line;
     for (std::size_t position : positions.vertexImages(occurrence)) {
@@ -43,7 +35,7 @@ void printOccurrence(const GraphMorphism& occurrence, const ElementPositions& po
 
 int runMatch(const Arguments& arguments) {
     if (arguments.size() != 2)
-        return usage("expected a rule file and a graph file");
+        return usageError("match", "expected a rule file and a graph file");
     const std::string& ruleFile = arguments[0];
     const std::string& graphFile = arguments[1];
     if (!openInput(ruleFile, "match") || !openInput(graphFile, "match"))

@@ -62,14 +62,6 @@ class InterruptGuard {
     struct sigaction previous_ {};
 };
 
-int usage(const std::string& problem) {
-    for (const Command& command : commands()) {
-        if (std::string_view(command.name) == "run")
-            return usageError(command, problem);
-    }
-    return kExitUsage;
-}
-
 struct RunOptions {
     std::string module;
     std::string unit;
@@ -81,65 +73,29 @@ struct RunOptions {
     bool quiet = false;
 };
 
-std::optional<std::uint32_t> seedValue(std::string_view text) {
-    std::uint32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
-}
-
-// Takes a flag or an option with its value; false when `argument` is neither.
-bool takeOption(const Arguments& arguments, std::size_t& i, RunOptions& options,
-                std::string& problem) {
-    const std::string& argument = arguments[i];
-    bool* const flag = argument == "--trace"   ? &options.trace
-                       : argument == "--stats" ? &options.statistics
-                       : argument == "--quiet" ? &options.quiet
-                                               : nullptr;
-    if (flag != nullptr) {
-        *flag = true;
-        return true;
-    }
-    if (argument != "-o" && argument != "--seed")
-        return false;
-    if (i + 1 == arguments.size()) {
-        problem = argument + " needs a value";
-        return true;
-    }
-    const std::string& value = arguments[++i];
-    if (argument == "-o") {
-        options.output = value;
-        return true;
-    }
-    options.seed = seedValue(value);
-    if (!options.seed)
-        problem = "the seed must be a whole number from 0 to 4294967295";
-    return true;
-}
-
 // The options, or the problem to report in `problem`.
 std::optional<RunOptions> parseOptions(const Arguments& arguments, std::string& problem) {
     RunOptions options;
-    std::string* const positional[] = {&options.module, &options.unit, &options.graphFile};
     std::size_t given = 0;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (takeOption(arguments, i, options, problem)) {
-            if (!problem.empty())
-                return std::nullopt;
-            continue;
-        }
-        if (given == 3) {
-            problem = "unexpected argument '" + arguments[i] + "'";
-            return std::nullopt;
-        }
-        *positional[given++] = arguments[i];
-    }
-    if (given != 3) {
+    problem = OptionTable()
+                  .flag("--trace", options.trace)
+                  .flag("--stats", options.statistics)
+                  .flag("--quiet", options.quiet)
+                  .value("-o", options.output)
+                  .value("--seed",
+                         [&options](const std::string& text) {
+                             options.seed = wholeNumber<std::uint32_t>(text);
+                             return options.seed
+                                        ? ""
+                                        : "the seed must be a whole number from 0 to 4294967295";
+                         })
+                  .positional(options.module)
+                  .positional(options.unit)
+                  .positional(options.graphFile)
+                  .parse(arguments, given);
+    if (problem.empty() && given != 3)
         problem = "expected a module, a transformation unit and a graph file";
-        return std::nullopt;
-    }
-    if (options.output && *options.output != kStandardOutput)
+    if (problem.empty() && options.output && *options.output != kStandardOutput)
         problem = outputFileProblem(*options.output);
     if (!problem.empty())
         return std::nullopt;
@@ -373,7 +329,7 @@ int runRun(const Arguments& arguments) {
     std::string problem;
     const std::optional<RunOptions> options = parseOptions(arguments, problem);
     if (!options)
-        return usage(problem);
+        return usageError("run", problem);
     std::optional<ModuleFolderSearch> search;
     const koralModule* module = loadModuleArgument(options->module, search);
     if (module == nullptr)
