@@ -32,41 +32,22 @@ bool GraphReader::read(const std::string& fileName, DirectedGraph& graph) {
 }
 
 int GraphReader::onAction(int number) {
-    switch (static_cast<GraphAction>(number)) {
-        case GraphAction::ClearGraph:
-            startGraph();
-            return 1;
-        case GraphAction::GraphName:
-            return 1;  // the name in the file is not kept
-        case GraphAction::Vertex:
-            addNumberedVertex(*graph_, vertexByNumber_);
-            return 1;
-        case GraphAction::Boolean:
-            return addValueAttribute(AttributeType::Boolean);
-        case GraphAction::Integer:
-            return addValueAttribute(AttributeType::Integer);
-        case GraphAction::Real:
-            return addValueAttribute(AttributeType::Real);
-        case GraphAction::String:
-            return addValueAttribute(AttributeType::String);
-        case GraphAction::VectorStart:
-            return startVector();
-        case GraphAction::VectorElement:
-            return addVectorElement();
-        case GraphAction::VectorEnd:
-            return finishVector();
-        case GraphAction::Edge:
-            return addEdge();
-        case GraphAction::Label:
-            return setLabel();
-    }
-    return unknownAction();
+    const auto action = static_cast<GraphAction>(number);
+    if (action == GraphAction::GraphName)
+        return 1;  // the name in the file is not kept
+    return onGraphAction(action);
 }
 
-void GraphReader::startGraph() {
+bool GraphReader::addVertex() {
+    addNumberedVertex(*graph_, vertexByNumber_);
+    return true;
+}
+
+bool GraphReader::clearGraph() {
     graph_->clear();
     current_ = nullptr;
     vertexByNumber_.clear();
+    return true;
 }
 
 bool GraphReader::addEdge() {

@@ -25,8 +25,9 @@ class GraphReader : public GraphTextReader {
     int onAction(int number) override;
 
   private:
-    void startGraph();
-    bool addEdge();
+    bool clearGraph() override;
+    bool addVertex() override;
+    bool addEdge() override;
 
     DirectedGraph* graph_ = nullptr;
     // The first vertex read with each number: what a search by "__ID__" in list order finds.

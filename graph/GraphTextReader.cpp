@@ -12,6 +12,36 @@
 
 namespace vellum {
 
+int GraphTextReader::onGraphAction(GraphAction action) {
+    switch (action) {
+        case GraphAction::ClearGraph:
+            return clearGraph();
+        case GraphAction::Vertex:
+            return addVertex();
+        case GraphAction::Boolean:
+            return addAttribute(AttributeType::Boolean);
+        case GraphAction::Integer:
+            return addAttribute(AttributeType::Integer);
+        case GraphAction::Real:
+            return addAttribute(AttributeType::Real);
+        case GraphAction::String:
+            return addAttribute(AttributeType::String);
+        case GraphAction::VectorStart:
+            return startVector();
+        case GraphAction::VectorElement:
+            return addVectorElement();
+        case GraphAction::VectorEnd:
+            return finishVector();
+        case GraphAction::Edge:
+            return addEdge();
+        case GraphAction::Label:
+            return setLabel();
+        case GraphAction::GraphName:
+            break;
+    }
+    return unknownAction();
+}
+
 std::string GraphTextReader::innerText(std::string_view token) {
     if (token.size() >= 2)
         token = token.substr(1, token.size() - 2);

@@ -1,6 +1,7 @@
-// What the graph and the rule reader share: numbered vertices, the labels and attributes of the
-// object being read, and the messages about edge endpoints. The actions read the latest tokens
-// in the layout both grammars give them (see graph/GraphFormat.h and graph/RuleFormat.h).
+// What the graph and the rule reader share: the handler of the graph actions, numbered vertices,
+// the labels and attributes of the object being read, and the messages about edge endpoints. The
+// actions read the latest tokens in the layout both grammars give them (graph/GraphFormat.h,
+// graph/RuleFormat.h).
 #pragma once
 
 #include <cstdint>
@@ -12,11 +13,26 @@
 #include "grammar/GrammarParser.h"
 #include "graph/Attribute.h"
 #include "graph/DirectedGraph.h"
+#include "graph/GraphFormat.h"
 
 namespace vellum {
 
 class GraphTextReader : public GrammarParser {
   protected:
+    // Runs a graph action (GraphAction, as the graph and the rule grammar share them; GraphName
+    // is not among them) through the hooks below and the shared attribute actions. Unknown
+    // numbers take unknownAction().
+    int onGraphAction(GraphAction action);
+
+    // The actions each format reads its own way: empty the graph being read, add a vertex, add
+    // an edge. True goes on, false aborts the parse.
+    virtual bool clearGraph() = 0;
+    virtual bool addVertex() = 0;
+    virtual bool addEdge() = 0;
+    // Adds the attribute of `type` (not Vector) that tokens 1 and 0 give; the default reads the
+    // value as written (addValueAttribute).
+    virtual bool addAttribute(AttributeType type) { return addValueAttribute(type); }
+
     using VertexNumbers = std::unordered_map<std::int32_t, DirectedGraphVertex*>;
 
     // Creates a vertex in `graph` numbered by token 0 (held in its kNumberAttribute) and makes

@@ -81,37 +81,7 @@ int RuleReader::onAction(int number) {
         case RuleAction::Condition:
             return setCondition();
     }
-    return onObjectAction(static_cast<GraphAction>(number));
-}
-
-int RuleReader::onObjectAction(GraphAction action) {
-    switch (action) {
-        case GraphAction::ClearGraph:
-            return clearCurrentGraph();
-        case GraphAction::Vertex:
-            return addVertex();
-        case GraphAction::Label:
-            return setLabel();
-        case GraphAction::Boolean:
-            return addAttribute(AttributeType::Boolean);
-        case GraphAction::Integer:
-            return addAttribute(AttributeType::Integer);
-        case GraphAction::Real:
-            return addAttribute(AttributeType::Real);
-        case GraphAction::String:
-            return addAttribute(AttributeType::String);
-        case GraphAction::VectorStart:
-            return startVector();
-        case GraphAction::VectorElement:
-            return addVectorElement();
-        case GraphAction::VectorEnd:
-            return finishVector();
-        case GraphAction::Edge:
-            return addEdge();
-        case GraphAction::GraphName:
-            break;  // not in the rule grammar
-    }
-    return unknownAction();
+    return onGraphAction(static_cast<GraphAction>(number));
 }
 
 bool RuleReader::isExpression(std::size_t k) const {
@@ -132,7 +102,7 @@ bool RuleReader::startLeftSide() {
     return true;
 }
 
-bool RuleReader::clearCurrentGraph() {
+bool RuleReader::clearGraph() {
     if (graph_ == nullptr)
         return false;
     graph_->clear();

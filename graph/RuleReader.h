@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "graph/DirectedGraphRule.h"
-#include "graph/GraphFormat.h"
 #include "graph/GraphTextReader.h"
 
 namespace vellum {
@@ -49,21 +48,20 @@ class RuleReader : public GraphTextReader {
 
     bool isExpression(std::size_t k) const;
 
-    int onObjectAction(GraphAction action);
     void reset(DirectedGraphRule& rule);
     bool setName();
     bool startLeftSide();
-    bool clearCurrentGraph();
+    bool clearGraph() override;
     bool startRightSide();
     bool resolveInterface();
     bool addInterfacePair();
-    bool addVertex();
+    bool addVertex() override;
     bool addReference();
     bool setVariable();
     // An attribute whose value token is an expression, or else a plain value.
-    bool addAttribute(AttributeType type);
+    bool addAttribute(AttributeType type) override;
     bool addExpressionAttribute(AttributeType type);
-    bool addEdge();
+    bool addEdge() override;
     bool setCondition();
     void removeNumbers();
     void noteAttribute(long at, const std::string& name) override;
