@@ -4,6 +4,7 @@
 #include "app/Resources.h"
 #include "app/Startup.h"
 #include "base/Console.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -74,13 +75,6 @@ class Toolkit : public ::testing::Environment {
 
 Toolkit* const toolkit = static_cast<Toolkit*>(::testing::AddGlobalTestEnvironment(new Toolkit));
 
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    return content.str();
-}
-
 std::vector<std::string> entriesOf(const fs::path& folder) {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder))
@@ -92,7 +86,8 @@ std::vector<std::string> entriesOf(const fs::path& folder) {
 std::map<std::string, std::string> snapshotOf(const fs::path& folder) {
     std::map<std::string, std::string> snapshot;
     for (const auto& entry : fs::recursive_directory_iterator(folder))
-        snapshot[entry.path().string()] = entry.is_regular_file() ? readFile(entry.path()) : "/";
+        snapshot[entry.path().string()] =
+            entry.is_regular_file() ? test::TempFolder::read(entry.path()) : "/";
     return snapshot;
 }
 
@@ -271,7 +266,7 @@ TEST_F(AppGuiTest, SaveWritesExactlyTheConsoleTextOverAnExistingFile) {
     const fs::path target = folder.path() / "log.txt";
     std::ofstream(target) << "an older log\n";
     ASSERT_TRUE(consoleFrame()->saveContentTo(target.string()));
-    EXPECT_EQ(readFile(target), kBanner);
+    EXPECT_EQ(test::TempFolder::read(target), kBanner);
     EXPECT_EQ(entriesOf(folder.path()), std::vector<std::string>{"log.txt"});
 }
 

@@ -24,11 +24,6 @@ using test::ScopedEnvironment;
 using test::TempFolder;
 using test::testPluginDirectory;
 
-std::string fileBytes(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::string handlerMessage(const std::string& graphClass) {
     return "Could not open the graph class handler for '" + graphClass + "' !!!\n";
 }
@@ -50,7 +45,7 @@ std::string bindingError(const std::string& identifier) {
 }
 
 TEST(PluginFault, FilesThatAreNoLibraryAreRefusedByEveryKind) {
-    const std::string library = fileBytes(pluginDirectory() + "/graphstats.so");
+    const std::string library = TempFolder::read(pluginDirectory() + "/graphstats.so");
     ASSERT_GT(library.size(), 16384u);
     const struct {
         const char* name;
@@ -84,7 +79,7 @@ TEST(PluginFault, FilesThatAreNoLibraryAreRefusedByEveryKind) {
 TEST(PluginFault, ALibraryCutShortOnTheLoadersSearchPathIsRefused) {
     // Function and method libraries are named bare and found along LD_LIBRARY_PATH, which the
     // loader reads at start-up: hence a program started with it.
-    const std::string library = fileBytes(pluginDirectory() + "/$(vmath.so");
+    const std::string library = TempFolder::read(pluginDirectory() + "/$(vmath.so");
     ASSERT_GT(library.size(), 8192u);
     TempFolder folder;
     folder.write("$(cut.so", library.substr(0, 4096));

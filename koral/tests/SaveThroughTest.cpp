@@ -51,11 +51,6 @@ int convert(const std::string& in, const std::string& out) {
     return 127;
 }
 
-std::string fileBytes(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // One way to save: writes the big graph or rule to a file with that extension and returns the
 // exit status, 0 for success.
 struct Saver {
@@ -102,13 +97,13 @@ TEST_F(SaveThrough, AFullDiskLeavesTheOldFileAndNoTemporaryFile) {
         const test::ChildResult child = test::runWithFileSizeLimit(kLimit, save);
         EXPECT_EQ(child.status, 1) << saver.kind;
         EXPECT_EQ(child.output, "Could not write the file '" + file + "' !!!\n") << saver.kind;
-        EXPECT_EQ(fileBytes(file), kOldText) << saver.kind;
+        EXPECT_EQ(TempFolder::read(file), kOldText) << saver.kind;
         EXPECT_EQ(entriesOf(target.path()), before) << saver.kind;
 
         // Without the limit the same save goes through.
         const test::ChildResult unlimited = test::runWithFileSizeLimit(RLIM_INFINITY, save);
         EXPECT_EQ(unlimited.status, 0) << saver.kind << unlimited.output;
-        EXPECT_GT(fileBytes(file).size(), kLimit) << saver.kind;
+        EXPECT_GT(TempFolder::read(file).size(), kLimit) << saver.kind;
         EXPECT_EQ(entriesOf(target.path()), before) << saver.kind;
     }
 }
@@ -124,7 +119,7 @@ TEST_F(SaveThrough, AFolderPathThroughAFileIsReported) {
             test::runWithFileSizeLimit(RLIM_INFINITY, [&] { return saver.save(file); });
         EXPECT_EQ(child.status, 1) << saver.kind;
         EXPECT_EQ(child.output, "Could not write the file '" + file + "' !!!\n") << saver.kind;
-        EXPECT_EQ(fileBytes(plain), kOldText) << saver.kind;
+        EXPECT_EQ(TempFolder::read(plain), kOldText) << saver.kind;
         EXPECT_EQ(entriesOf(target.path()), before) << saver.kind;
     }
 }

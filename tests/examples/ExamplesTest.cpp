@@ -30,16 +30,9 @@ using Words = std::vector<std::string>;
 
 const fs::path kSource = VELLUM_SOURCE_DIR;
 
-std::string readText(const fs::path& file) {
-    std::ifstream in(file);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 // The words from "run" on of every line of the README that starts "build/bin/vellum-cli run".
 std::vector<Words> readmeRunLines(const std::string& example) {
-    std::istringstream lines(readText(kSource / "examples" / example / "README.md"));
+    std::istringstream lines(test::TempFolder::read(kSource / "examples" / example / "README.md"));
     std::vector<Words> found;
     std::string line;
     while (std::getline(lines, line)) {
@@ -138,7 +131,7 @@ class ExampleTest : public ::testing::Test {
 };
 
 TEST_F(ExampleTest, EveryExampleHasAReadmeWithARunLineAndIsListed) {
-    const std::string index = readText(kSource / "examples" / "README.md");
+    const std::string index = test::TempFolder::read(kSource / "examples" / "README.md");
     int examples = 0;
     for (const fs::directory_entry& entry : fs::directory_iterator(kSource / "examples")) {
         if (!entry.is_directory())

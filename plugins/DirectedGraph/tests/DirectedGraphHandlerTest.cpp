@@ -11,7 +11,6 @@ namespace vellum {
 namespace {
 
 using test::directedGraphHandler;
-using test::fileText;
 using test::TempFolder;
 
 constexpr const char* kGraph = R"(directed graph sample
@@ -39,8 +38,8 @@ TEST(DirectedGraphHandler, GraphsSurviveALoadAndSaveRoundTrip) {
     const auto again = handlers.loadGraph("DirectedGraph", folder.path("once.dg"));
     ASSERT_TRUE(again);
     ASSERT_TRUE(handlers.saveGraph(*again, folder.path("twice.dg")));
-    const std::string saved = fileText(folder.path("once.dg"));
-    EXPECT_EQ(saved, fileText(folder.path("twice.dg")));
+    const std::string saved = TempFolder::read(folder.path("once.dg"));
+    EXPECT_EQ(saved, TempFolder::read(folder.path("twice.dg")));
     EXPECT_NE(saved.find("vector position = (1 2 3)"), std::string::npos) << saved;
 }
 

@@ -24,9 +24,4 @@ inline GraphClassHandlers& directedGraphHandler() {
     return GraphClassHandlers::instance();
 }
 
-inline std::string fileText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 }  // namespace vellum::test
