@@ -37,10 +37,12 @@ std::string fixedText(const TokenDefinitions& tokens, int definition) {
     return text;
 }
 
-// A token as a syntax error names what it expected.
-std::string describeToken(const TokenDefinitions& tokens, int definition) {
-    if (definition < 0)
+// A token as a syntax error names what it expected; nothing for a token the grammar could not
+// resolve (a grammar may be loaded with token definitions that did not compile).
+std::string describeToken(const TokenDefinitions* definitions, int definition) {
+    if (definitions == nullptr || definition < 0)
         return {};
+    const TokenDefinitions& tokens = *definitions;
     const std::string fixed = fixedText(tokens, definition);
     if (!fixed.empty())
         return "'" + fixed + "'";
@@ -206,7 +208,7 @@ std::string GrammarParser::expectation() const {
         const GrammarNode& node = grammar_->nodes()[static_cast<std::size_t>(index)];
         std::string name = node.kind == GrammarNodeKind::Literal
                                ? (node.text.empty() ? "" : "'" + node.text + "'")
-                               : describeToken(*grammar_->tokens(), node.token);
+                               : describeToken(grammar_->tokens().get(), node.token);
         if (name.empty() || names.size() == kMaxExpected)
             continue;
         bool known = false;

@@ -171,6 +171,13 @@ TEST(GrammarParser, MalformedTokenTextDoesNotFailTheLoadButNothingMatches) {
     EXPECT_TRUE(parser.load());
     EXPECT_TRUE(parser.parseString("a"));
     EXPECT_EQ(parser.tokenAt(0), nullptr);
+    // A failing parse names what it expected without the token definitions it never had.
+    EXPECT_FALSE(parser.parseString("b"));
+    const TempFile file("b");
+    std::string excerpt;
+    long position = -2;
+    EXPECT_FALSE(parser.parseFile(file.path(), 6, 16, excerpt, position));
+    EXPECT_EQ(position, 0);
 }
 
 // Logs the latest token's text at each action.
