@@ -52,10 +52,8 @@ struct RunResult {
 class KoralRunTest : public ::testing::Test {
   protected:
     KoralRunTest()
-        : classes_("koralGraphClasses", testPluginDirectory()),
-          rules_("koralGraphRules", KORAL_RUN_FIXTURES),
-          modules_("koralModules", folder_.path()),
-          extension_("TestGraphEXTRULE", "drl") {
+        : paths_(folder_.path(), KORAL_RUN_FIXTURES, testPluginDirectory(), "TestGraphEXTRULE",
+                 "drl") {
         clearKoralCaches();
     }
     ~KoralRunTest() override { clearKoralCaches(); }
@@ -100,10 +98,7 @@ class KoralRunTest : public ::testing::Test {
     TempFolder folder_;
 
   private:
-    ScopedEnvironment classes_;
-    ScopedEnvironment rules_;
-    ScopedEnvironment modules_;
-    ScopedEnvironment extension_;
+    ScopedSearchPaths paths_;
 };
 
 // A graph of `count` vertices labelled `label`.

@@ -143,10 +143,7 @@ struct RunResult {
 class ModuleFolderTest : public ::testing::Test {
   protected:
     ModuleFolderTest()
-        : modules_("koralModules", folder_.root().string()),
-          rules_("koralGraphRules", folder_.root().string()),
-          classes_("koralGraphClasses", pluginDirectory()),
-          extension_("DirectedGraphEXTRULE", "drl") {
+        : paths_(folder_.path(), folder_.path(), pluginDirectory(), "DirectedGraphEXTRULE", "drl") {
         clearKoralCaches();
         folder_.write("noop.drl", kNoopRule);
         folder_.write("grow.drl", kGrowRule);
@@ -176,10 +173,7 @@ class ModuleFolderTest : public ::testing::Test {
     TempFolder folder_;
 
   private:
-    ScopedEnvironment modules_;
-    ScopedEnvironment rules_;
-    ScopedEnvironment classes_;
-    ScopedEnvironment extension_;
+    ScopedSearchPaths paths_;
 };
 
 using CliResult = ProgramResult;

@@ -45,14 +45,20 @@ std::vector<fs::path> bundledFiles(const std::string& extension) {
 }
 
 // Reads every prefix of `original` (written as `copy`) with `read`, which returns whether it
-// read and leaves the console text; counts the prefixes read.
+// read; the console text it leaves must end with the reader's report when it did not.
 template <typename Read>
 void checkPrefixes(const fs::path& original, const std::string& copy, const std::string& kind,
                    const std::string& reportedName, Read read) {
+    const auto readCapturing = [&](std::string& console) {
+        ConsoleCapture capture;
+        const bool ok = read();
+        console = capture.text();
+        return ok;
+    };
     const std::string text = TempFolder::read(original.string());
     std::ofstream(copy, std::ios::binary) << text;
     std::string console;
-    const bool wholeReads = read(console);
+    const bool wholeReads = readCapturing(console);
     const std::size_t end = significantEnd(text);
     for (std::size_t cut : cutPoints(text, kEveryByteUpTo)) {
         const std::string prefix = text.substr(0, cut);
@@ -60,7 +66,7 @@ void checkPrefixes(const fs::path& original, const std::string& copy, const std:
         // through to the disk on every close.
         fs::remove(copy);
         std::ofstream(copy, std::ios::binary) << prefix;
-        const bool reads = read(console);
+        const bool reads = readCapturing(console);
         const bool complete = wholeReads && cut >= end;
         EXPECT_EQ(reads, complete) << original << " cut at " << cut << "\n" << console;
         if (!reads) {
@@ -70,34 +76,29 @@ void checkPrefixes(const fs::path& original, const std::string& copy, const std:
     }
 }
 
-TEST(Truncation, EveryPrefixOfAGraphFileReadsOnlyWhenComplete) {
-    TempFolder folder;
-    const std::vector<fs::path> files = bundledFiles(".dg");
-    ASSERT_GE(files.size(), 6u);
-    for (const fs::path& file : files) {
-        const std::string copy = folder.path(file.filename().string());
-        checkPrefixes(file, copy, "File", copy, [&](std::string& console) {
-            ConsoleCapture capture;
-            DirectedGraph graph;
-            const bool ok = loadGraph(copy, graph);
-            console = capture.text();
-            return ok;
-        });
-    }
-}
+struct ReaderRow {
+    const char* extension;
+    std::size_t atLeast;  // bundled files of that kind
+    bool (*read)(const std::string& file);
+};
 
-TEST(Truncation, EveryPrefixOfARuleFileReadsOnlyWhenComplete) {
+TEST(Truncation, EveryPrefixOfAGraphOrRuleFileReadsOnlyWhenComplete) {
+    const ReaderRow rows[] = {
+        {".dg", 6,
+         [](const std::string& file) {
+             DirectedGraph graph;
+             return loadGraph(file, graph);
+         }},
+        {".drl", 20, [](const std::string& file) { return loadRule(file) != nullptr; }},
+    };
     TempFolder folder;
-    const std::vector<fs::path> files = bundledFiles(".drl");
-    ASSERT_GE(files.size(), 20u);
-    for (const fs::path& file : files) {
-        const std::string copy = folder.path(file.filename().string());
-        checkPrefixes(file, copy, "File", copy, [&](std::string& console) {
-            ConsoleCapture capture;
-            const bool ok = loadRule(copy) != nullptr;
-            console = capture.text();
-            return ok;
-        });
+    for (const ReaderRow& row : rows) {
+        const std::vector<fs::path> files = bundledFiles(row.extension);
+        ASSERT_GE(files.size(), row.atLeast) << row.extension;
+        for (const fs::path& file : files) {
+            const std::string copy = folder.path(file.filename().string());
+            checkPrefixes(file, copy, "File", copy, [&] { return row.read(copy); });
+        }
     }
 }
 
@@ -114,12 +115,8 @@ TEST_F(ModuleTruncation, EveryPrefixOfAModuleCompilesOnlyWhenComplete) {
         test::ScopedEnvironment rules("koralGraphRules", folder);
         const std::string name = file.stem().string();
         const std::string copy = folder_.path(name + ".mod");
-        checkPrefixes(file, copy, "Module", name, [&](std::string& console) {
-            ConsoleCapture capture;
-            const bool ok = ModuleCompiler().compile(copy, name) != nullptr;
-            console = capture.text();
-            return ok;
-        });
+        checkPrefixes(file, copy, "Module", name,
+                      [&] { return ModuleCompiler().compile(copy, name) != nullptr; });
     }
 }
 

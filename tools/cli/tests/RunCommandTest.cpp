@@ -64,10 +64,7 @@ const std::string kBanner =
 class RunCommand : public ::testing::Test {
   protected:
     RunCommand()
-        : modules_("koralModules", std::nullopt),
-          rules_("koralGraphRules", std::nullopt),
-          classes_("koralGraphClasses", std::nullopt),
-          extension_("DirectedGraphEXTRULE", std::nullopt) {
+        : paths_(std::nullopt, std::nullopt, std::nullopt, "DirectedGraphEXTRULE", std::nullopt) {
         folder_.write("aToB.drl", kRule);
         folder_.write("noop.drl", kNoop);
         folder_.write("start.dg", kGraph);
@@ -88,10 +85,7 @@ class RunCommand : public ::testing::Test {
     std::string module_;
 
   private:
-    ScopedEnvironment modules_;
-    ScopedEnvironment rules_;
-    ScopedEnvironment classes_;
-    ScopedEnvironment extension_;
+    test::ScopedSearchPaths paths_;
 };
 
 TEST_F(RunCommand, RunsAUnitOfAModuleFileAndSavesTheGraph) {
