@@ -4,9 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <functional>
-#include <iterator>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,35 +12,16 @@
 #include "base/Console.h"
 #include "base/Paths.h"
 #include "graph/GraphWriter.h"
-#include "graph/StringAttribute.h"
 #include "koral/GraphClassHandlers.h"
-#include "tests/support/LimitedChild.h"
 #include "tests/support/Program.h"
+#include "tests/support/SaveFaults.h"
 
 namespace vellum {
 namespace {
 
-using test::entriesOf;
+using test::Saver;
 using test::ScopedEnvironment;
 using test::TempFolder;
-
-constexpr rlim_t kLimit = 64 * 1024;
-const std::string kOldText = "% the file as it was before the save\n";
-
-void fillGraph(DirectedGraph& graph) {
-    for (int i = 0; i < 4000; ++i) {
-        DirectedGraphVertex* vertex = graph.createVertex();
-        vertex->setLabel("node_label");
-        vertex->addAttribute(std::make_unique<StringAttribute>("text", std::string(40, 'x')));
-    }
-}
-
-std::string bigRuleText() {
-    std::string text = "directed graphrule big\n{\n\tleft-hand side\n\t{\n";
-    for (int i = 1; i <= 4000; ++i)
-        text += "\t\tvertex " + std::to_string(i) + " { label a_rather_long_label }\n";
-    return text + "\t}\n\tinterface\n\t{\n\t}\n\tright-hand side\n\t{\n\t}\n}\n";
-}
 
 // The exit status of vellum-cli convert IN OUT, run in this (child) process's place.
 int convert(const std::string& in, const std::string& out) {
@@ -51,21 +30,12 @@ int convert(const std::string& in, const std::string& out) {
     return 127;
 }
 
-// One way to save: writes the big graph or rule to a file with that extension and returns the
-// exit status, 0 for success.
-struct Saver {
-    const char* kind;
-    const char* extension;
-    std::function<int(const std::string& file)> save;
-};
-
 class SaveThrough : public ::testing::Test {
   protected:
     SaveThrough() {
-        fillGraph(graph_);
         ConsoleCapture quiet;
-        EXPECT_TRUE(saveGraph(graph_, folder_.path("in.dg")));
-        folder_.write("in.drl", bigRuleText());
+        EXPECT_TRUE(saveGraph(*graph_, folder_.path("in.dg")));
+        folder_.write("in.drl", test::bigRuleText());
     }
 
     std::vector<Saver> savers() {
@@ -73,7 +43,7 @@ class SaveThrough : public ::testing::Test {
         const std::string rule = folder_.path("in.drl");
         return {
             {"handler", ".dg",
-             [this](const std::string& out) { return handlers_.saveGraph(graph_, out) ? 0 : 1; }},
+             [this](const std::string& out) { return handlers_.saveGraph(*graph_, out) ? 0 : 1; }},
             {"convert graph", ".dg",
              [graph](const std::string& out) { return convert(graph, out); }},
             {"convert rule", ".drl", [rule](const std::string& out) { return convert(rule, out); }},
@@ -83,45 +53,19 @@ class SaveThrough : public ::testing::Test {
     TempFolder folder_;
     ScopedEnvironment classes_{"koralGraphClasses", pluginDirectory()};
     GraphClassHandlers handlers_;
-    DirectedGraph graph_;
+    std::unique_ptr<DirectedGraph> graph_ = test::bigGraph();
 };
 
 TEST_F(SaveThrough, AFullDiskLeavesTheOldFileAndNoTemporaryFile) {
     ASSERT_TRUE(handlers_.open("DirectedGraph"));
-    for (const Saver& saver : savers()) {
-        TempFolder target;
-        const std::string name = std::string("old") + saver.extension;
-        const std::string file = target.write(name, kOldText);
-        const std::vector<std::string> before = entriesOf(target.path());
-        const auto save = [&] { return saver.save(file); };
-        const test::ChildResult child = test::runWithFileSizeLimit(kLimit, save);
-        EXPECT_EQ(child.status, 1) << saver.kind;
-        EXPECT_EQ(child.output, "Could not write the file '" + file + "' !!!\n") << saver.kind;
-        EXPECT_EQ(TempFolder::read(file), kOldText) << saver.kind;
-        EXPECT_EQ(entriesOf(target.path()), before) << saver.kind;
-
-        // Without the limit the same save goes through.
-        const test::ChildResult unlimited = test::runWithFileSizeLimit(RLIM_INFINITY, save);
-        EXPECT_EQ(unlimited.status, 0) << saver.kind << unlimited.output;
-        EXPECT_GT(TempFolder::read(file).size(), kLimit) << saver.kind;
-        EXPECT_EQ(entriesOf(target.path()), before) << saver.kind;
-    }
+    for (const Saver& saver : savers())
+        test::expectAFullDiskLeavesTheOldFile(saver);
 }
 
 TEST_F(SaveThrough, AFolderPathThroughAFileIsReported) {
     ASSERT_TRUE(handlers_.open("DirectedGraph"));
-    for (const Saver& saver : savers()) {
-        TempFolder target;
-        const std::string plain = target.write("plain.txt", kOldText);
-        const std::vector<std::string> before = entriesOf(target.path());
-        const std::string file = plain + "/out" + saver.extension;
-        const test::ChildResult child =
-            test::runWithFileSizeLimit(RLIM_INFINITY, [&] { return saver.save(file); });
-        EXPECT_EQ(child.status, 1) << saver.kind;
-        EXPECT_EQ(child.output, "Could not write the file '" + file + "' !!!\n") << saver.kind;
-        EXPECT_EQ(TempFolder::read(plain), kOldText) << saver.kind;
-        EXPECT_EQ(entriesOf(target.path()), before) << saver.kind;
-    }
+    for (const Saver& saver : savers())
+        test::expectAPathThroughAFileReported(saver);
 }
 
 }  // namespace
