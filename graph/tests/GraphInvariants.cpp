@@ -6,6 +6,8 @@
 #include <sstream>
 #include <vector>
 
+#include "graph/GraphWriter.h"
+
 namespace vellum::test {
 namespace {
 
@@ -137,6 +139,12 @@ void checkLabels(const Elements& elements, ByLabel byLabel, Count count, std::os
     if (problems.str().empty())
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << problems.str();
+}
+
+std::string textOf(const DirectedGraph& graph) {
+    std::ostringstream out;
+    GraphWriter(out).write(graph);
+    return out.str();
 }
 
 }  // namespace vellum::test

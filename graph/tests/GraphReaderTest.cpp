@@ -1,13 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <sstream>
 
 #include "GraphInvariants.h"
 #include "base/Console.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphReader.h"
-#include "graph/GraphWriter.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
@@ -19,6 +17,7 @@ namespace {
 
 using test::graphIsConsistent;
 using test::TempFolder;
+using test::textOf;
 
 // Reads `text` as the file "g.dg" of a fresh folder; `messages` receives the console text with
 // the folder's path replaced by "DIR".
@@ -113,14 +112,6 @@ TEST(GraphReader, FailedReadLeavesWhatWasBuilt) {
     auto* id = dynamic_cast<IntegerAttribute*>(graph.vertices().front()->findAttribute("__ID__"));
     ASSERT_NE(id, nullptr);
     EXPECT_EQ(id->value(), 5);
-}
-
-// The graph as its file text: equal texts mean the same vertices, edges, labels and visible
-// attributes in the same order.
-std::string textOf(const DirectedGraph& graph) {
-    std::ostringstream out;
-    GraphWriter(out).write(graph);
-    return out.str();
 }
 
 TEST(GraphReader, AFailedLoadLeavesTheGraphAsItWas) {

@@ -19,12 +19,7 @@ namespace {
 
 using test::graphIsConsistent;
 using test::TempFolder;
-
-std::string textOf(const DirectedGraph& graph) {
-    std::ostringstream out;
-    GraphWriter(out).write(graph);
-    return out.str();
-}
+using test::textOf;
 
 TEST(GraphWriter, WritesTheExactLayout) {
     DirectedGraph graph;
