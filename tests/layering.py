@@ -22,13 +22,16 @@ ALLOWED = {
     'app': {'base', 'grammar', 'graph', 'koral', 'tpx', 'gui'},
     'plugins': {'base', 'grammar', 'graph', 'koral'},
     'tools': {'base', 'grammar', 'graph', 'koral', 'tpx', 'gui'},
-    'bench': {'base', 'grammar', 'graph', 'koral', 'plugins'},
+    'bench': {'base', 'grammar', 'graph', 'koral', 'plugins', 'tpx', 'gui'},
     'fuzz': {'base', 'grammar', 'graph', 'koral', 'plugins'},
     'tests': {'base', 'grammar', 'graph', 'koral', 'plugins', 'tools'},
 }
 # What the test code of any folder may use in addition.
 TEST_SUPPORT = 'tests/support'
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
+# Folders that must build without wxWidgets although their layer may use it.
+WITHOUT_WX = ('gui/view/',)
+WX_INCLUDE = re.compile(r'^\s*#\s*include\s+<wx/')
 SOURCE = ('.cpp', '.h', '.hpp', '.cc')
 
 
@@ -55,6 +58,8 @@ def problems_in(root, folder):
             path = os.path.relpath(os.path.join(dirpath, name), root)
             with open(os.path.join(root, path), errors='replace') as f:
                 for number, line in enumerate(f, 1):
+                    if path.startswith(WITHOUT_WX) and WX_INCLUDE.match(line):
+                        found.append('%s:%d: includes wxWidgets' % (path, number))
                     match = INCLUDE.match(line)
                     if not match:
                         continue

@@ -16,6 +16,11 @@ TPXnode::~TPXnode() {
     }
 }
 
+void TPXnode::drawSelf(TPXdrawContext& context) const {
+    if (m_geometry)
+        m_geometry->draw(context);
+}
+
 TPXmatrix TPXnode::worldMatrix() const {
     TPXmatrix world = localMatrix();
     for (const TPXnode* up = m_parent; up; up = up->m_parent)

@@ -4,9 +4,12 @@
 // a scene are siblings of one another, each owning the one after it.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
+#include "tpx/TPXdrawContext.h"
+#include "tpx/TPXgeometry.h"
 #include "tpx/TPXmatrix.h"
 #include "tpx/TPXtransform.h"
 
@@ -27,13 +30,27 @@ enum class TPXkeep { Local, World };
 class TPXnode {
   public:
     TPXnode(TPXkind kind, std::string name);
-    ~TPXnode();
+    virtual ~TPXnode();
     TPXnode(const TPXnode&) = delete;
     TPXnode& operator=(const TPXnode&) = delete;
 
     TPXkind kind() const { return m_kind; }
     const std::string& name() const { return m_name; }
     void setName(std::string name) { m_name = std::move(name); }
+
+    // The identity a picking pass reports for this node and what a graph element's "__link__"
+    // holds; 0 (the default) means the node is picked as part of its nearest ancestor that has
+    // one. Whoever builds a scene hands out identities unique within it.
+    std::uint32_t identity() const { return m_identity; }
+    void setIdentity(std::uint32_t identity) { m_identity = identity; }
+
+    // The attached geometry; none at first.
+    TPXgeometry* geometry() const { return m_geometry.get(); }
+    void setGeometry(TPXref<TPXgeometry> geometry) { m_geometry = std::move(geometry); }
+
+    // Draws this node alone (not its children) with its world matrix already loaded: by
+    // default its geometry in the context's style. Edges, labels and helpers draw themselves.
+    virtual void drawSelf(TPXdrawContext& context) const;
 
     TPXnode* parent() const { return m_parent; }
     TPXnode* firstChild() const { return m_firstChild.get(); }
@@ -72,6 +89,8 @@ class TPXnode {
 
     TPXkind m_kind;
     std::string m_name;
+    std::uint32_t m_identity = 0;
+    TPXref<TPXgeometry> m_geometry;
     TPXplacement m_placement;
     TPXnode* m_parent = nullptr;
     // Invariants: m_firstChild->m_previousSibling is null; m_nextSibling->m_previousSibling is

@@ -1,0 +1,44 @@
+// TPXdrawContext: what drawing a scene needs to know besides the scene itself. The canvas and
+// the offscreen renderer fill one per frame (or pick) and hand it down the scene tree; every
+// node, geometry, material and font draws through it, so both surfaces share one drawing code.
+#pragma once
+
+#include <GL/gl.h>
+
+#include <cstdint>
+#include <memory>
+
+#include "tpx/TPXlists.h"
+#include "tpx/TPXmatrix.h"
+#include "tpx/TPXp3.h"
+
+namespace vellum {
+
+// How geometries are drawn: their polygons as closed outlines, as wireframe or filled.
+enum class TPXdrawStyle : int { Outline = 1, Wireframe = 2, Solid = 3 };
+
+struct TPXdrawContext {
+    // The display lists and textures of the context being drawn in; never null while drawing.
+    std::shared_ptr<TPXlistStore> lists;
+    TPXdrawStyle style = TPXdrawStyle::Solid;
+    // A selection pass: nodes load their identity as the selection name and draw no labels.
+    bool picking = false;
+    // The lighter picture drawn while the camera moves: fewer triangles for objects that cover
+    // few pixels, no labels on small or distant elements. Never used for a still picture.
+    bool light = false;
+    // The camera's world-to-eye matrix; a node is drawn with view * its world matrix loaded.
+    TPXmatrix view = TPXmatrix::identity(4);
+    // The viewer in world space, so that labels can face it: its position and the directions of
+    // the picture's right and up.
+    TPXp3 viewerPosition;
+    TPXp3 viewerRight{1, 0, 0};
+    TPXp3 viewerUp{0, 1, 0};
+    // Pixels covered by one world unit at distance 1 from the viewer (viewport height over the
+    // height of the view at that distance); the light picture sizes objects with it.
+    double pixelsPerUnit = 1.0;
+    // Counts frames, so that things that move on their own (an edge's dashes) can step once
+    // per frame.
+    std::uint64_t frame = 0;
+};
+
+}  // namespace vellum
