@@ -1,1 +1,292 @@
-// being written
+#include "tpx/TPXdraw.h"
+
+#include <GL/gl.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "tpx/TPXnode.h"
+
+namespace vellum {
+
+namespace {
+
+// A 4 x 4 matrix column by column, on the stack: the scene walk composes one per node, and
+// TPXmatrix (which checks every access and lives on the heap) would dominate a frame of 10^5
+// nodes.
+struct Mat4 {
+    std::array<double, 16> m{};
+
+    static Mat4 identity() {
+        Mat4 r;
+        r.m[0] = r.m[5] = r.m[10] = r.m[15] = 1.0;
+        return r;
+    }
+    static Mat4 of(const TPXmatrix& matrix) {
+        Mat4 r = identity();
+        if (matrix.rows() == 4 && matrix.columns() == 4)
+            std::copy(matrix.data(), matrix.data() + 16, r.m.begin());
+        return r;
+    }
+    double operator()(int row, int column) const { return m[column * 4 + row]; }
+
+    Mat4 operator*(const Mat4& b) const {
+        Mat4 r;
+        for (int c = 0; c < 4; ++c)
+            for (int row = 0; row < 4; ++row)
+                r.m[c * 4 + row] = (*this)(row, 0) * b(0, c) + (*this)(row, 1) * b(1, c) +
+                                   (*this)(row, 2) * b(2, c) + (*this)(row, 3) * b(3, c);
+        return r;
+    }
+    // The image of (x, y, z, 1).
+    std::array<double, 4> apply(double x, double y, double z) const {
+        std::array<double, 4> r{};
+        for (int row = 0; row < 4; ++row)
+            r[row] =
+                (*this)(row, 0) * x + (*this)(row, 1) * y + (*this)(row, 2) * z + (*this)(row, 3);
+        return r;
+    }
+};
+
+// T(position + pivot) * R * S * T(-pivot), as TPXplacement::matrix() composes it.
+Mat4 placementMatrix(const TPXplacement& p) {
+    const TPXrotation r = p.orientation.toRotation();
+    Mat4 result = Mat4::identity();
+    for (int row = 0; row < 3; ++row) {
+        double moved = 0.0;
+        for (int c = 0; c < 3; ++c) {
+            const double rs = r[row][c] * p.scale[c];
+            result.m[c * 4 + row] = rs;
+            moved += rs * p.pivot[c];
+        }
+        result.m[12 + row] = p.position[row] + p.pivot[row] - moved;
+    }
+    return result;
+}
+
+std::array<std::array<double, 4>, 8> corners(const TPXboundingBox& box, const Mat4& m) {
+    std::array<std::array<double, 4>, 8> result{};
+    for (int i = 0; i < 8; ++i)
+        result[i] = m.apply(i & 1 ? box.max.x() : box.min.x(), i & 2 ? box.max.y() : box.min.y(),
+                            i & 4 ? box.max.z() : box.min.z());
+    return result;
+}
+
+// Whether the box, taken to clip space by `m`, lies wholly outside one of the six clip planes.
+bool outside(const TPXboundingBox& box, const Mat4& m) {
+    const auto clip = corners(box, m);
+    for (int axis = 0; axis < 3; ++axis)
+        for (double side : {-1.0, 1.0}) {
+            bool allOut = true;
+            for (const auto& c : clip)
+                allOut = allOut && side * c[axis] > c[3];
+            if (allOut)
+                return true;
+        }
+    return false;
+}
+
+// About how many pixels the box spans on screen, `eye` taking it to eye space.
+double pixelsOf(const TPXboundingBox& box, const Mat4& eye, double pixelsPerUnit) {
+    const TPXp3 c = box.centre();
+    const auto centre = eye.apply(c.x(), c.y(), c.z());
+    double scale = 0.0;
+    for (int column = 0; column < 3; ++column)
+        scale = std::max(scale, std::hypot(eye(0, column), eye(1, column), eye(2, column)));
+    const double radius = (box.max - box.min).length() * 0.5 * scale;
+    const double distance = -centre[2];
+    if (distance <= radius)
+        return std::numeric_limits<double>::infinity();
+    return 2.0 * radius * pixelsPerUnit / distance;
+}
+
+// The selection name of a node: its identity, or its nearest ancestor's; 0 for none.
+std::uint32_t inheritedIdentity(const TPXnode* node) {
+    for (; node; node = node->parent())
+        if (node->identity() != 0)
+            return node->identity();
+    return 0;
+}
+
+// What the walk keeps of a node's parent while it is below it.
+struct Level {
+    Mat4 world;
+    std::uint32_t identity;
+};
+
+// Walks the scene depth first without recursion (a graph's vertices form one long chain of
+// siblings), calling visit(node, world matrix, inherited identity) for each node.
+template <typename Visit>
+void walk(const TPXnode* first, Visit visit) {
+    if (!first)
+        return;
+    const TPXnode* parent = first->parent();
+    Level level{parent ? Mat4::of(parent->worldMatrix()) : Mat4::identity(),
+                inheritedIdentity(parent)};
+    std::vector<Level> stack;
+    for (const TPXnode* node = first; node;) {
+        const Mat4 world = level.world * placementMatrix(node->placement());
+        const std::uint32_t identity = node->identity() ? node->identity() : level.identity;
+        visit(*node, world, identity);
+        if (node->firstChild()) {
+            stack.push_back(level);
+            level = {world, identity};
+            node = node->firstChild();
+            continue;
+        }
+        while (!node->nextSibling() && !stack.empty()) {
+            node = node->parent();
+            level = stack.back();
+            stack.pop_back();
+        }
+        node = node->nextSibling();
+    }
+}
+
+void setColour(GLenum which, const TPXrgb& colour, GLenum light, GLfloat alpha = 1.0f) {
+    const GLfloat values[4] = {static_cast<GLfloat>(colour.r), static_cast<GLfloat>(colour.g),
+                               static_cast<GLfloat>(colour.b), alpha};
+    glLightfv(light, which, values);
+}
+
+}  // namespace
+
+void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
+    const Mat4 view = Mat4::of(context.view);
+    const std::optional<Mat4> clip =
+        context.clip ? std::optional<Mat4>(Mat4::of(*context.clip)) : std::nullopt;
+    std::uint32_t loadedName = 0;
+    glMatrixMode(GL_MODELVIEW);
+    walk(first, [&](const TPXnode& node, const Mat4& world, std::uint32_t identity) {
+        if (context.picking && identity == 0)
+            return;  // nothing to report: it must not hide what lies behind it
+        const Mat4 eye = view * world;
+        const std::optional<TPXboundingBox> bounds = node.drawnBounds();
+        if (bounds && clip && outside(*bounds, *clip * eye))
+            return;
+        context.nodePixels =
+            context.light && bounds ? pixelsOf(*bounds, eye, context.pixelsPerUnit) : -1.0;
+        glLoadMatrixd(eye.m.data());
+        if (context.picking && identity != loadedName) {
+            glLoadName(identity);
+            loadedName = identity;
+        }
+        node.drawSelf(context);
+    });
+    context.nodePixels = -1.0;
+}
+
+TPXboundingBox TPXsceneBounds(const TPXnode* first) {
+    TPXboundingBox result;
+    walk(first, [&](const TPXnode& node, const Mat4& world, std::uint32_t) {
+        const std::optional<TPXboundingBox> bounds = node.drawnBounds();
+        if (!bounds || bounds->empty)
+            return;
+        for (const auto& c : corners(*bounds, world)) {
+            const TPXp3 p(c[0], c[1], c[2]);
+            if (result.empty) {
+                result.min = result.max = p;
+                result.empty = false;
+                continue;
+            }
+            for (int axis = TPXp3::X; axis <= TPXp3::Z; ++axis) {
+                result.min[axis] = std::min(result.min[axis], p[axis]);
+                result.max[axis] = std::max(result.max[axis], p[axis]);
+            }
+        }
+    });
+    return result;
+}
+
+void TPXboundingBox::draw() const {
+    if (empty)
+        return;
+    // Lines in the current colour, whatever the lighting and texturing around them.
+    glPushAttrib(GL_ENABLE_BIT);
+    glDisable(GL_LIGHTING);
+    glDisable(GL_TEXTURE_2D);
+    glBegin(GL_LINES);
+    for (int i = 0; i < 8; ++i)
+        for (int axis = 0; axis < 3; ++axis) {
+            const int j = i | (1 << axis);
+            if (j == i)
+                continue;
+            for (int end : {i, j})
+                glVertex3d(end & 1 ? max.x() : min.x(), end & 2 ? max.y() : min.y(),
+                           end & 4 ? max.z() : min.z());
+        }
+    glEnd();
+    glPopAttrib();
+}
+
+void TPXfog::apply() const {
+    glEnable(GL_FOG);
+    const GLint glMode = mode == TPXfogMode::Linear        ? GL_LINEAR
+                         : mode == TPXfogMode::Exponential ? GL_EXP
+                                                           : GL_EXP2;
+    glFogi(GL_FOG_MODE, glMode);
+    const GLfloat values[4] = {static_cast<GLfloat>(colour.r), static_cast<GLfloat>(colour.g),
+                               static_cast<GLfloat>(colour.b), 1.0f};
+    glFogfv(GL_FOG_COLOR, values);
+    if (glMode == GL_LINEAR) {
+        glFogf(GL_FOG_START, static_cast<GLfloat>(start));
+        glFogf(GL_FOG_END, static_cast<GLfloat>(end));
+        return;
+    }
+    glFogf(GL_FOG_DENSITY, static_cast<GLfloat>(density));
+}
+
+void TPXdisableFog() {
+    glDisable(GL_FOG);
+}
+
+TPXlight TPXlight::headlight() {
+    TPXlight light;
+    light.position = TPXp3(-0.3, 0.4, 1.0).normalised();
+    light.followsViewer = true;
+    light.specular = TPXrgb{0.4, 0.4, 0.4};
+    return light;
+}
+
+void TPXlight::apply(int index) const {
+    const GLenum light = static_cast<GLenum>(GL_LIGHT0 + index);
+    const GLfloat where[4] = {static_cast<GLfloat>(position.x()),
+                              static_cast<GLfloat>(position.y()),
+                              static_cast<GLfloat>(position.z()), directional ? 0.0f : 1.0f};
+    glLightfv(light, GL_POSITION, where);
+    setColour(GL_AMBIENT, ambient, light);
+    setColour(GL_DIFFUSE, diffuse, light);
+    setColour(GL_SPECULAR, specular, light);
+    glLightf(light, GL_CONSTANT_ATTENUATION, static_cast<GLfloat>(constantAttenuation));
+    glLightf(light, GL_LINEAR_ATTENUATION, static_cast<GLfloat>(linearAttenuation));
+    glLightf(light, GL_QUADRATIC_ATTENUATION, static_cast<GLfloat>(quadraticAttenuation));
+    glEnable(light);
+}
+
+void TPXsetLights(const std::vector<TPXlight>& lights, const TPXmatrix& view) {
+    GLint available = 8;
+    glGetIntegerv(GL_MAX_LIGHTS, &available);
+    const int count = std::min(static_cast<int>(lights.size()), static_cast<int>(available));
+    glMatrixMode(GL_MODELVIEW);
+    const Mat4 world = Mat4::of(view);
+    for (int i = 0; i < count; ++i) {
+        const TPXlight& light = lights[static_cast<std::size_t>(i)];
+        if (light.followsViewer)
+            glLoadIdentity();
+        else
+            glLoadMatrixd(world.m.data());
+        light.apply(i);
+    }
+    for (int i = count; i < available; ++i)
+        glDisable(static_cast<GLenum>(GL_LIGHT0 + i));
+    if (count > 0)
+        glEnable(GL_LIGHTING);
+    else
+        glDisable(GL_LIGHTING);
+    glLoadMatrixd(world.m.data());
+}
+
+}  // namespace vellum

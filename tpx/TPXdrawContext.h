@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "tpx/TPXlists.h"
 #include "tpx/TPXmatrix.h"
@@ -36,6 +37,12 @@ struct TPXdrawContext {
     // Pixels covered by one world unit at distance 1 from the viewer (viewport height over the
     // height of the view at that distance); the light picture sizes objects with it.
     double pixelsPerUnit = 1.0;
+    // The projection (eye to clip space) of the picture or pick region; when set, the scene
+    // drawing skips nodes whose bounds lie wholly outside it.
+    std::optional<TPXmatrix> clip;
+    // Set by the scene drawing for each node before it draws itself: about how many pixels its
+    // geometry's box spans on screen, in the light picture only; negative when not known.
+    double nodePixels = -1.0;
     // Counts frames, so that things that move on their own (an edge's dashes) can step once
     // per frame.
     std::uint64_t frame = 0;

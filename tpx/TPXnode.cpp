@@ -21,6 +21,12 @@ void TPXnode::drawSelf(TPXdrawContext& context) const {
         m_geometry->draw(context);
 }
 
+std::optional<TPXboundingBox> TPXnode::drawnBounds() const {
+    if (!m_geometry || m_kind == TPXkind::EdgeObject || m_geometry->boundingBox().empty)
+        return std::nullopt;
+    return m_geometry->boundingBox();
+}
+
 TPXmatrix TPXnode::worldMatrix() const {
     TPXmatrix world = localMatrix();
     for (const TPXnode* up = m_parent; up; up = up->m_parent)

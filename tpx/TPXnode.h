@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "tpx/TPXdrawContext.h"
@@ -51,6 +52,11 @@ class TPXnode {
     // Draws this node alone (not its children) with its world matrix already loaded: by
     // default its geometry in the context's style. Edges, labels and helpers draw themselves.
     virtual void drawSelf(TPXdrawContext& context) const;
+    // The box, in this node's space, that drawSelf stays within, so that drawing and picking
+    // can skip the node when the box is out of view; none when not known (never skipped). By
+    // default the geometry's box, except for edge objects, which draw beyond it. A subclass
+    // whose drawSelf draws outside its geometry must widen the box or return none.
+    virtual std::optional<TPXboundingBox> drawnBounds() const;
 
     TPXnode* parent() const { return m_parent; }
     TPXnode* firstChild() const { return m_firstChild.get(); }
