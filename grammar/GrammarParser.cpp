@@ -1,5 +1,6 @@
 #include "grammar/GrammarParser.h"
 
+#include <algorithm>
 #include <cctype>
 #include <vector>
 
@@ -24,17 +25,27 @@ bool isNameCharacter(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
-// The text a definition matches when it is a fixed text (a keyword or a sign); else empty.
-std::string fixedText(const TokenDefinitions& tokens, int definition) {
-    std::string text;
-    for (int node = tokens.definitions()[static_cast<std::size_t>(definition)].pattern; node >= 0;
-         node = tokens.nodes()[static_cast<std::size_t>(node)].successor) {
-        const PatternNode& pattern = tokens.nodes()[static_cast<std::size_t>(node)];
-        if (pattern.kind != PatternKind::Literal || pattern.alternative >= 0)
-            return {};
-        text += pattern.text;
+// The texts a definition matches when it is a fixed text (a keyword or a sign), one for each
+// spelling where alternatives give several ("CW" | "cw"); none otherwise.
+std::vector<std::string> fixedTexts(const TokenDefinitions& tokens, int definition) {
+    const std::vector<PatternNode>& nodes = tokens.nodes();
+    std::vector<std::string> texts;
+    int first = tokens.definitions()[static_cast<std::size_t>(definition)].pattern;
+    for (; first >= 0 && texts.size() < nodes.size();
+         first = nodes[static_cast<std::size_t>(first)].alternative) {
+        std::string text;
+        std::size_t steps = 0;
+        for (int node = first; node >= 0; node = nodes[static_cast<std::size_t>(node)].successor) {
+            const PatternNode& pattern = nodes[static_cast<std::size_t>(node)];
+            // An empty literal ends an optional part or a repetition, which loops back.
+            if (pattern.kind != PatternKind::Literal || pattern.text.empty() ||
+                (node != first && pattern.alternative >= 0) || ++steps > nodes.size())
+                return {};
+            text += pattern.text;
+        }
+        texts.push_back(std::move(text));
     }
-    return text;
+    return texts;
 }
 
 // A token as a syntax error names what it expected; nothing for a token the grammar could not
@@ -43,9 +54,9 @@ std::string describeToken(const TokenDefinitions* definitions, int definition) {
     if (definitions == nullptr || definition < 0)
         return {};
     const TokenDefinitions& tokens = *definitions;
-    const std::string fixed = fixedText(tokens, definition);
+    const std::vector<std::string> fixed = fixedTexts(tokens, definition);
     if (!fixed.empty())
-        return "'" + fixed + "'";
+        return "'" + fixed.front() + "'";
     const std::string& name = tokens.definitions()[static_cast<std::size_t>(definition)].name;
     if (name == "NUMBER")
         return "a number";
@@ -251,8 +262,10 @@ std::string GrammarParser::keywordPrefix(long position) {
 bool GrammarParser::isKeyword(int code, const std::string& text) const {
     const TokenDefinitions& tokens = *grammar_->tokens();
     for (std::size_t i = 0; i < tokens.definitions().size(); ++i) {
-        if (tokens.definitions()[i].code == code)
-            return fixedText(tokens, static_cast<int>(i)) == text;
+        if (tokens.definitions()[i].code == code) {
+            const std::vector<std::string> fixed = fixedTexts(tokens, static_cast<int>(i));
+            return std::find(fixed.begin(), fixed.end(), text) != fixed.end();
+        }
     }
     return false;
 }
