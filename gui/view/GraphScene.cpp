@@ -1,1 +1,337 @@
-// being written
+#include "gui/view/GraphScene.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "graph/StringAttribute.h"
+#include "gui/view/ElementLook.h"
+#include "tpx/TPXprimitives.h"
+#include "tpx/TPXtext.h"
+#include "tpx/TPXtransform.h"
+
+namespace vellum {
+
+namespace {
+
+constexpr double twoPi = 6.28318530718;
+const TPXrgb labelColour{1, 0.5, 0};
+// Labels sit above their owner: a vertex's over its shape, an edge's over its middle.
+constexpr double vertexLabelHeight = 0.55;
+constexpr double edgeLabelHeight = 0.15;
+
+std::unique_ptr<TPXnode> makeGroup(const char* name) {
+    return std::make_unique<TPXnode>(TPXkind::KeepsPlace, name);
+}
+
+std::pair<std::uint64_t, std::uint64_t> endsOf(const DirectedGraphEdge& edge) {
+    const std::uint64_t a = edge.source()->serial();
+    const std::uint64_t b = edge.target()->serial();
+    return {std::min(a, b), std::max(a, b)};
+}
+
+}  // namespace
+
+GraphScene::GraphScene(std::string modelFolder) : m_shapes(std::move(modelFolder)) {
+    std::string error;
+    m_font = m_fonts.get(fontName, error);
+    // Arrowheads take the colour of their edge: the cone has no material of its own.
+    m_arrowhead = TPXcone(6, 0.2, 0.5, TPXref<TPXmaterial>());
+}
+
+GraphScene::~GraphScene() = default;
+
+void GraphScene::build(DirectedGraph& graph) {
+    m_graph = &graph;
+    m_vertices.clear();
+    m_edges.clear();
+    m_serialOf.clear();
+    m_pairs.clear();
+    m_lastIdentity = 0;
+    m_root = makeGroup("__vertices__");
+    m_vertexGroup = m_root.get();
+    m_edgeGroup = m_root->adoptSibling(makeGroup("__edges__"));
+    m_lastVertex = m_lastEdge = nullptr;
+    m_vertices.reserve(graph.vertexCount());
+    m_edges.reserve(graph.edgeCount());
+    for (DirectedGraphVertex& vertex : graph.vertices())
+        addVertex(vertex);
+    std::vector<Pair> bent;
+    for (DirectedGraphEdge& edge : graph.edges())
+        addEdge(edge, bent);
+    for (const auto& [pair, edges] : m_pairs)
+        if (edges.size() > 1)
+            bendPair(pair);
+}
+
+void GraphScene::update(const SceneChanges& changes) {
+    if (!m_graph)
+        return;
+    std::vector<Pair> bent;
+    for (std::uint64_t serial : changes.removed) {
+        removeEdge(serial, bent);
+        removeVertex(serial);
+    }
+    for (GraphObject* object : changes.changed) {
+        const std::uint64_t serial = object->serial();
+        if (object->kind() == GraphObjectKind::Vertex) {
+            auto& vertex = static_cast<DirectedGraphVertex&>(*object);
+            auto found = m_vertices.find(serial);
+            if (!vertex.inGraph())
+                removeVertex(serial);
+            else if (found != m_vertices.end())
+                refreshVertex(found->second);
+            else
+                addVertex(vertex);
+            continue;
+        }
+        auto& edge = static_cast<DirectedGraphEdge&>(*object);
+        auto found = m_edges.find(serial);
+        if (found == m_edges.end())
+            addEdge(edge, bent);
+        else if (!shown(edge))
+            removeEdge(serial, bent);
+        else
+            refreshEdge(found->second);
+    }
+    std::sort(bent.begin(), bent.end());
+    bent.erase(std::unique(bent.begin(), bent.end()), bent.end());
+    for (const Pair& pair : bent)
+        bendPair(pair);
+}
+
+std::unique_ptr<TPXnode> GraphScene::makeVertexObject(DirectedGraphVertex& vertex) {
+    const VertexLook look = readVertexLook(vertex);
+    std::unique_ptr<TPXnode> object = m_shapes.make(look.representation, look.colour, look.opacity);
+    TPXplacement place;
+    place.position = look.position;
+    place.orientation = TPXquaternion::fromAngles(look.orientation);
+    place.scale = look.scale;
+    object->setPlacement(place);
+    setLabel(*object, vertex.label(), vertexLabelSize, vertexLabelHeight);
+    return object;
+}
+
+void GraphScene::addVertex(DirectedGraphVertex& vertex) {
+    std::unique_ptr<TPXnode> object = makeVertexObject(vertex);
+    const std::uint32_t identity = newIdentity();
+    object->setIdentity(identity);
+    setLink(vertex, static_cast<int>(identity));
+    TPXnode* shownObject = object.get();
+    appendChild(*m_vertexGroup, m_lastVertex, std::move(object));
+    m_vertices.emplace(vertex.serial(), VertexRecord{&vertex, shownObject});
+    m_serialOf.emplace(identity, vertex.serial());
+}
+
+void GraphScene::refreshVertex(VertexRecord& record) {
+    // A new object takes the old one's place in the chain and its identity, so "__link__"
+    // stays valid; the edges at the vertex are pointed at it.
+    std::unique_ptr<TPXnode> object = makeVertexObject(*record.vertex);
+    object->setIdentity(record.object->identity());
+    setLink(*record.vertex, static_cast<int>(record.object->identity()));
+    TPXnode* old = record.object;
+    record.object = old->adoptSibling(std::move(object));
+    if (m_lastVertex == old)
+        m_lastVertex = record.object;
+    old->unlink();
+    for (DirectedGraphEdge& edge : record.vertex->outgoing())
+        if (auto found = m_edges.find(edge.serial()); found != m_edges.end())
+            found->second.object->setEnds(record.object, objectOf(*found->second.edge->target()));
+    for (DirectedGraphEdge& edge : record.vertex->incoming())
+        if (auto found = m_edges.find(edge.serial()); found != m_edges.end())
+            found->second.object->setEnds(objectOf(*found->second.edge->source()), record.object);
+}
+
+bool GraphScene::shown(const DirectedGraphEdge& edge) const {
+    return edge.inGraph() && edge.source()->inGraph() && edge.target()->inGraph() &&
+           m_vertices.count(edge.source()->serial()) && m_vertices.count(edge.target()->serial());
+}
+
+void GraphScene::addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent) {
+    if (!shown(edge))
+        return;
+    auto object = std::make_unique<GraphEdgeObject>(objectOf(*edge.source()),
+                                                    objectOf(*edge.target()), m_arrowhead);
+    const std::uint32_t identity = newIdentity();
+    object->setIdentity(identity);
+    const EdgeLook look = readEdgeLook(edge);
+    object->setColour(look.colour, look.opacity);
+    setLabel(*object, edge.label(), edgeLabelSize, edgeLabelHeight);
+    setLink(edge, static_cast<int>(identity));
+    GraphEdgeObject* shownObject = object.get();
+    appendChild(*m_edgeGroup, m_lastEdge, std::move(object));
+    const Pair pair = endsOf(edge);
+    m_edges.emplace(edge.serial(), EdgeRecord{&edge, shownObject, pair});
+    m_serialOf.emplace(identity, edge.serial());
+    std::vector<std::uint64_t>& parallel = m_pairs[pair];
+    parallel.insert(std::upper_bound(parallel.begin(), parallel.end(), edge.serial()),
+                    edge.serial());
+    bent.push_back(pair);
+}
+
+void GraphScene::refreshEdge(EdgeRecord& record) {
+    const EdgeLook look = readEdgeLook(*record.edge);
+    record.object->setColour(look.colour, look.opacity);
+    setLabel(*record.object, record.edge->label(), edgeLabelSize, edgeLabelHeight);
+    setLink(*record.edge, static_cast<int>(record.object->identity()));
+}
+
+void GraphScene::removeVertex(std::uint64_t serial) {
+    auto found = m_vertices.find(serial);
+    if (found == m_vertices.end())
+        return;
+    m_serialOf.erase(found->second.object->identity());
+    detach(found->second.object, m_lastVertex);
+    m_vertices.erase(found);
+}
+
+void GraphScene::removeEdge(std::uint64_t serial, std::vector<Pair>& bent) {
+    auto found = m_edges.find(serial);
+    if (found == m_edges.end())
+        return;
+    const Pair pair = found->second.pair;
+    std::vector<std::uint64_t>& parallel = m_pairs[pair];
+    parallel.erase(std::remove(parallel.begin(), parallel.end(), serial), parallel.end());
+    if (parallel.empty())
+        m_pairs.erase(pair);
+    else
+        bent.push_back(pair);
+    m_serialOf.erase(found->second.object->identity());
+    detach(found->second.object, m_lastEdge);
+    m_edges.erase(found);
+}
+
+void GraphScene::bendPair(const Pair& pair) {
+    auto found = m_pairs.find(pair);
+    if (found == m_pairs.end())
+        return;
+    const std::vector<std::uint64_t>& parallel = found->second;
+    const double n = static_cast<double>(parallel.size());
+    // The first edge of the pair sets which way counts as forward; k counts from 1.
+    const std::uint64_t forward = m_edges.at(parallel.front()).edge->source()->serial();
+    for (std::size_t i = 0; i < parallel.size(); ++i) {
+        const EdgeRecord& record = m_edges.at(parallel[i]);
+        if (parallel.size() < 2) {
+            record.object->setBend(TPXp3());
+            continue;
+        }
+        const bool backwards = record.edge->source()->serial() != forward;
+        const double a = static_cast<double>(i + 1) * twoPi / n;
+        const double sign = backwards ? -1.0 : 1.0;
+        // Whole turns leave rounding dust (sin 2pi is not quite 0): the listing shows clean
+        // zeros, never -0.
+        auto clean = [](double v) { return std::abs(v) < 1e-12 ? 0.0 : v; };
+        record.object->setBend(
+            TPXp3(0, clean(sign * 0.5 * std::sin(a)), clean(sign * 0.5 * std::cos(a))));
+    }
+}
+
+void GraphScene::followVertex(const DirectedGraphVertex& vertex) {
+    for (const DirectedGraphEdge& edge : vertex.outgoing())
+        if (auto found = m_edges.find(edge.serial()); found != m_edges.end())
+            found->second.object->followEnds();
+    for (const DirectedGraphEdge& edge : vertex.incoming())
+        if (auto found = m_edges.find(edge.serial()); found != m_edges.end())
+            found->second.object->followEnds();
+}
+
+void GraphScene::setLabel(TPXnode& owner, const std::string& text, double size, double height) {
+    for (TPXnode* child = owner.firstChild(); child;) {
+        TPXnode* next = child->nextSibling();
+        if (child->name() == labelName)
+            child->unlink();
+        child = next;
+    }
+    if (text.empty() || !m_font)
+        return;
+    auto label = std::make_unique<TPXtext>(labelName, text, m_font, size, labelColour);
+    label->setPosition(TPXp3(0, height, 0));
+    owner.adopt(std::move(label));
+}
+
+void GraphScene::appendChild(TPXnode& group, TPXnode*& last, std::unique_ptr<TPXnode> node) {
+    last = last ? last->adoptSibling(std::move(node)) : group.adopt(std::move(node));
+}
+
+std::unique_ptr<TPXnode> GraphScene::detach(TPXnode* node, TPXnode*& last) {
+    if (last == node)
+        last = node->previousSibling();
+    return node->unlink();
+}
+
+TPXnode* GraphScene::objectOf(const DirectedGraphVertex& vertex) const {
+    auto found = m_vertices.find(vertex.serial());
+    return found == m_vertices.end() ? nullptr : found->second.object;
+}
+
+GraphEdgeObject* GraphScene::objectOf(const DirectedGraphEdge& edge) const {
+    auto found = m_edges.find(edge.serial());
+    return found == m_edges.end() ? nullptr : found->second.object;
+}
+
+GraphObject* GraphScene::elementOf(std::uint32_t identity) const {
+    auto serial = m_serialOf.find(identity);
+    if (serial == m_serialOf.end())
+        return nullptr;
+    if (auto vertex = m_vertices.find(serial->second); vertex != m_vertices.end())
+        return vertex->second.vertex;
+    if (auto edge = m_edges.find(serial->second); edge != m_edges.end())
+        return edge->second.edge;
+    return nullptr;
+}
+
+TPXboundingBox GraphScene::bounds() const {
+    TPXboundingBox box;
+    auto include = [&box](const TPXp3& p) {
+        if (box.empty) {
+            box.min = box.max = p;
+            box.empty = false;
+            return;
+        }
+        for (int c = TPXp3::X; c <= TPXp3::Z; ++c) {
+            box.min[c] = std::min(box.min[c], p[c]);
+            box.max[c] = std::max(box.max[c], p[c]);
+        }
+    };
+    for (const TPXnode* object = m_vertexGroup ? m_vertexGroup->firstChild() : nullptr; object;
+         object = object->nextSibling()) {
+        const TPXmatrix world = object->worldMatrix();
+        // A label stands above its vertex: its height counts too.
+        for (const TPXnode* part = object->firstChild(); part; part = part->nextSibling())
+            if (part->name() == labelName)
+                include(TPXtransformPoint(world, TPXp3(0, vertexLabelHeight + vertexLabelSize, 0)));
+        const TPXgeometry* geometry = object->geometry();
+        if (!geometry || geometry->boundingBox().empty) {
+            const TPXp3 centre = TPXtransformPoint(world, TPXp3());
+            include(centre - TPXp3(0.5, 0.5, 0.5));
+            include(centre + TPXp3(0.5, 0.5, 0.5));
+            continue;
+        }
+        const TPXboundingBox& own = geometry->boundingBox();
+        for (int corner = 0; corner < 8; ++corner)
+            include(TPXtransformPoint(world, TPXp3(corner & 1 ? own.max.x() : own.min.x(),
+                                                   corner & 2 ? own.max.y() : own.min.y(),
+                                                   corner & 4 ? own.max.z() : own.min.z())));
+    }
+    return box;
+}
+
+bool GraphScene::mark(std::uint32_t identity, const std::string& text) {
+    GraphObject* element = elementOf(identity);
+    if (!element)
+        return false;
+    element->setAttribute(std::make_unique<StringAttribute>(look::mark, text));
+    return true;
+}
+
+bool GraphScene::writeBack(std::uint32_t identity) {
+    GraphObject* element = elementOf(identity);
+    if (!element || element->kind() != GraphObjectKind::Vertex)
+        return false;
+    auto& vertex = static_cast<DirectedGraphVertex&>(*element);
+    const TPXplacement& place = objectOf(vertex)->placement();
+    writePlacement(vertex, place.position, place.orientation.toAngles(), place.scale);
+    followVertex(vertex);
+    return true;
+}
+
+}  // namespace vellum

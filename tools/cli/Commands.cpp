@@ -26,12 +26,31 @@ const std::vector<Command>& commands() {
          "Applies the rule once and reports its events and result.", runApply},
         {"layout", "NAME GRAPH [-o OUT] | --list",
          "Places the vertices with a layout plug-in; --list lists the layouts.", runLayout},
+        {"render",
+         "GRAPH -o FILE [--size WxH] [--camera perspective|top|front|left] [--background R,G,B]",
+         "Draws the graph as the canvas shows it, fitted to the whole graph, into a .png, .ppm "
+         "or .pgm picture (default 800x600, perspective, black background); needs no display.",
+         runRender},
+        {"picture", "RULE -o FILE [--size WxH]",
+         "Draws the rule's left-hand side and right-hand side side by side into a picture "
+         "(default 502x200); interface partners share a colour and a number.",
+         runPicture},
+        {"scene", "GRAPH [-o OUT]",
+         "Builds the 3D scene of the graph and prints it: one line per vertex and edge with its "
+         "shape, place and colour, and its label; -o also writes the graph with the attributes "
+         "the scene added.",
+         runScene},
         {"run", "MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet]",
          "Runs a transformation unit of a Koral module on the graph; -o - writes the graph to "
          "standard output and the console log to standard error.",
          runRun},
     };
     return table;
+}
+
+std::string folderOf(const std::string& file) {
+    const std::filesystem::path folder = std::filesystem::path(file).parent_path();
+    return folder.empty() ? std::string(".") : folder.string();
 }
 
 bool asksForHelp(const Arguments& arguments) {

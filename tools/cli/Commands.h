@@ -102,6 +102,16 @@ int runApply(const Arguments& arguments);
 // `layout NAME GRAPH [-o OUT]`: lays the graph out with the named algorithm and writes it (to
 // OUT, else to standard output); `layout --list` prints "NAME DESCRIPTION" per algorithm.
 int runLayout(const Arguments& arguments);
+
+// `render GRAPH -o FILE [--size WxH] [--camera NAME] [--background R,G,B]` and
+// `picture RULE -o FILE [--size WxH]`: offscreen pictures of a graph and of a rule.
+int runRender(const Arguments& arguments);
+int runPicture(const Arguments& arguments);
+// `scene GRAPH [-o OUT]`: prints the 3D scene built from the graph; -o writes the graph with
+// the attributes the build added.
+int runScene(const Arguments& arguments);
+// The folder of `file` for looking up files it names, "." when it has none.
+std::string folderOf(const std::string& file);
 // `run MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]`: runs a
 // transformation unit on the graph with the interpreter.
 int runRun(const Arguments& arguments);

@@ -274,11 +274,6 @@ bool searchFolder(const char* variable, const std::string& folder) {
     return SearchPaths::instance().setDefault(variable, folder);
 }
 
-std::string folderOf(const std::string& file) {
-    const std::string folder = std::filesystem::path(file).parent_path().string();
-    return folder.empty() ? "." : folder;
-}
-
 }  // namespace
 
 ModuleFolderSearch::ModuleFolderSearch(std::string moduleFile)

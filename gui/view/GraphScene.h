@@ -1,0 +1,121 @@
+// GraphScene: a graph shown as a 3D scene. Each vertex becomes a vertex object (kind 4) whose
+// shape, colour and placement come from its attributes, each edge an edge object (kind 8)
+// between its ends' objects, each non-empty label an orange text child. The link from an
+// element to its object runs both ways in constant time: the element's serial and "__link__"
+// attribute name the object, the object's identity names the element.
+//
+// build() shows a graph anew; update() catches up with rewriting steps in time proportional to
+// what they changed and gives the same scene as a fresh build. Elements whose end vertex has
+// left the graph (a dangling edge) are not shown.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "graph/DirectedGraph.h"
+#include "gui/view/GraphEdgeObject.h"
+#include "gui/view/SceneChanges.h"
+#include "gui/view/ShapeLibrary.h"
+#include "tpx/TPXfont.h"
+#include "tpx/TPXnode.h"
+
+namespace vellum {
+
+class GraphScene {
+  public:
+    static constexpr double vertexLabelSize = 0.5;
+    static constexpr double edgeLabelSize = 0.4;
+    static constexpr const char* labelName = "__label__";
+    static constexpr const char* fontName = "VellumFont";
+
+    // Relative model file names are looked up in `modelFolder` first (the graph file's folder).
+    explicit GraphScene(std::string modelFolder = {});
+    ~GraphScene();
+    GraphScene(const GraphScene&) = delete;
+    GraphScene& operator=(const GraphScene&) = delete;
+
+    // Shows `graph` anew: every element gets a new object and its "__link__"; vertices gain the
+    // attributes a shown vertex carries. The graph must outlive the scene or the next build.
+    void build(DirectedGraph& graph);
+    // Catches up with `changes` made to the graph of the last build.
+    void update(const SceneChanges& changes);
+
+    // The scene to draw: a chain of two group nodes, the vertices' and then the edges'.
+    TPXnode* root() const { return m_root.get(); }
+    std::size_t vertexCount() const { return m_vertices.size(); }
+    std::size_t edgeCount() const { return m_edges.size(); }
+
+    // The object showing `vertex` (`edge`), or null when it is not shown.
+    TPXnode* objectOf(const DirectedGraphVertex& vertex) const;
+    GraphEdgeObject* objectOf(const DirectedGraphEdge& edge) const;
+    // The element an object identity (a picking result, a "__link__" value) stands for, or null.
+    GraphObject* elementOf(std::uint32_t identity) const;
+
+    // The bounding box of every vertex object in world space (empty without vertices).
+    TPXboundingBox bounds() const;
+
+    // Marks the element of the object `identity` with `text` in a "__mark__" attribute; false
+    // when no element has that identity.
+    bool mark(std::uint32_t identity, const std::string& text);
+    // Writes the placement of the vertex object `identity` back into its vertex's attributes
+    // after it was moved, turned or scaled in the scene; false when it is no vertex object.
+    bool writeBack(std::uint32_t identity);
+
+  private:
+    struct VertexRecord {
+        DirectedGraphVertex* vertex;
+        TPXnode* object;
+    };
+    struct EdgeRecord {
+        DirectedGraphEdge* edge;
+        GraphEdgeObject* object;
+        std::pair<std::uint64_t, std::uint64_t> pair;  // its end vertices' serials, ordered
+    };
+    struct PairHash {
+        std::size_t operator()(const std::pair<std::uint64_t, std::uint64_t>& p) const {
+            return std::hash<std::uint64_t>()(p.first * 0x9E3779B97F4A7C15ULL ^ p.second);
+        }
+    };
+    using Pair = std::pair<std::uint64_t, std::uint64_t>;
+
+    void addVertex(DirectedGraphVertex& vertex);
+    void refreshVertex(VertexRecord& record);
+    // Adds the edge's object if both ends are shown; returns its pair of ends to bend.
+    void addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent);
+    void refreshEdge(EdgeRecord& record);
+    void removeVertex(std::uint64_t serial);
+    void removeEdge(std::uint64_t serial, std::vector<Pair>& bent);
+    bool shown(const DirectedGraphEdge& edge) const;
+    void bendPair(const Pair& pair);
+    void followVertex(const DirectedGraphVertex& vertex);
+    std::unique_ptr<TPXnode> makeVertexObject(DirectedGraphVertex& vertex);
+    void setLabel(TPXnode& owner, const std::string& text, double size, double height);
+    static void appendChild(TPXnode& group, TPXnode*& last, std::unique_ptr<TPXnode> node);
+    // Takes `node` out of its group, whose last child `last` is kept up to date.
+    static std::unique_ptr<TPXnode> detach(TPXnode* node, TPXnode*& last);
+    std::uint32_t newIdentity() { return ++m_lastIdentity; }
+
+    ShapeLibrary m_shapes;
+    TPXfontCache m_fonts;
+    TPXref<TPXfont> m_font;  // empty when the font cannot be loaded: labels are left out
+    TPXref<TPXgeometry> m_arrowhead;
+    DirectedGraph* m_graph = nullptr;
+
+    std::unique_ptr<TPXnode> m_root;  // the vertices' group; its sibling is the edges' group
+    TPXnode* m_vertexGroup = nullptr;
+    TPXnode* m_edgeGroup = nullptr;
+    TPXnode* m_lastVertex = nullptr;  // the last child of each group, to append in order
+    TPXnode* m_lastEdge = nullptr;
+
+    std::uint32_t m_lastIdentity = 0;
+    std::unordered_map<std::uint64_t, VertexRecord> m_vertices;  // by element serial
+    std::unordered_map<std::uint64_t, EdgeRecord> m_edges;
+    std::unordered_map<std::uint32_t, std::uint64_t> m_serialOf;  // by object identity
+    // The edges joining each pair of vertices, in graph order (by serial).
+    std::unordered_map<Pair, std::vector<std::uint64_t>, PairHash> m_pairs;
+};
+
+}  // namespace vellum
