@@ -1,6 +1,6 @@
 // TPXtexture: an image read from a file and shown on polygons, a shared resource. The image is
-// uploaded once per GL context (a texture object and a display list that binds it) when it is
-// first drawn there.
+// uploaded once per GL context into a texture object, before the first display list that binds
+// it is compiled (an upload inside a list would be recorded, not done).
 #pragma once
 
 #include <string>
@@ -22,8 +22,12 @@ class TPXtexture : public TPXshared {
     const TPXimage& image() const { return m_image; }
     const std::string& fileName() const { return m_fileName; }
 
-    // Binds the texture in the context of `context` (uploading it there on first use) and
-    // enables texturing; unbind disables it again. A context must be current.
+    // Uploads the image into the context of `context` unless it is there already. A context
+    // must be current and no display list may be being compiled.
+    void upload(TPXdrawContext& context) const;
+    // Binds the texture in the context of `context` (uploading it there first if needed, which
+    // a display list being compiled must not do: upload before it) and enables texturing;
+    // unbind disables it again. A context must be current.
     void bind(TPXdrawContext& context) const;
     void unbind() const;
 
