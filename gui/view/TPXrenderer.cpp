@@ -6,7 +6,10 @@ namespace vellum {
 
 TPXrenderer::TPXrenderer() : m_lists(std::make_shared<TPXlistStore>()) {}
 
-void TPXrenderer::setUp() {
+void TPXrenderer::prepare() {
+    m_lists->collect();
+    if (m_setUp)
+        return;
     glClearDepth(1.0);
     glDepthFunc(GL_LESS);
     glEnable(GL_DEPTH_TEST);
@@ -31,9 +34,7 @@ TPXdrawContext TPXrenderer::context(const TPXcamera& camera, int height) const {
 
 void TPXrenderer::drawFrame(const TPXnode* scene, const TPXcamera& camera, int width, int height,
                             bool light) {
-    if (!m_setUp)
-        setUp();
-    m_lists->collect();
+    prepare();
     glViewport(0, 0, width, height);
     const TPXrgb& background = m_look.background;
     glClearColor(static_cast<GLfloat>(background.r), static_cast<GLfloat>(background.g),

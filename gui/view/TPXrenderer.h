@@ -43,6 +43,11 @@ class TPXrenderer {
     void drawFrame(const TPXnode* scene, const TPXcamera& camera, int width, int height,
                    bool light = false);
 
+    // With this renderer's context current: sets the context up the first time (depth test
+    // GL_LESS, clear depth 1, back faces culled, normals normalised) and deletes the lists and
+    // textures of resources gone since. drawFrame and picking call it.
+    void prepare();
+
     // The drawing state of a frame through `camera` (its aspect as it is) in a viewport of
     // `height` pixels: this context's lists, the look's style, the camera's view, the viewer's
     // place and directions, pixels per unit and the current frame number.
@@ -54,8 +59,6 @@ class TPXrenderer {
     std::uint64_t frames() const { return m_frames; }
 
   private:
-    void setUp();
-
     TPXlook m_look;
     std::shared_ptr<TPXlistStore> m_lists;
     bool m_setUp = false;
