@@ -1,9 +1,12 @@
 #include "tpx/TPXimage.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <memory>
+
+#include "base/ReplacingFile.h"
 
 namespace vellum {
 
@@ -14,63 +17,24 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-// Reads a whole file; false if it cannot be opened or read.
-bool slurp(const std::string& fileName, std::vector<std::uint8_t>& bytes) {
-    File file(std::fopen(fileName.c_str(), "rb"));
-    if (!file)
-        return false;
-    std::uint8_t buffer[1 << 16];
-    std::size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, file.get())) > 0)
-        bytes.insert(bytes.end(), buffer, buffer + got);
-    return !std::ferror(file.get());
+// The largest picture accepted: far above any texture or screenshot, low enough that a forged
+// header cannot ask for gigabytes.
+constexpr long kMaxSide = 1 << 15;
+constexpr long kMaxSamples = 1L << 28;
+
+bool isBlank(int c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
 
-// A cursor over the header and text samples of a portable map: numbers separated by white
-// space, with "#" comments to the end of a line.
-class MapText {
-  public:
-    explicit MapText(const std::vector<std::uint8_t>& bytes) : m_bytes(bytes) {}
-
-    std::size_t position() const { return m_at; }
-    void skip(std::size_t n) { m_at += n; }
-
-    void skipSpace() {
-        while (m_at < m_bytes.size()) {
-            if (m_bytes[m_at] == '#') {
-                while (m_at < m_bytes.size() && m_bytes[m_at] != '\n')
-                    ++m_at;
-            } else if (std::isspace(m_bytes[m_at])) {
-                ++m_at;
-            } else {
-                return;
-            }
-        }
-    }
-
-    // A decimal number up to `limit`; false on anything else.
-    bool number(long limit, long& value) {
-        skipSpace();
-        const std::size_t start = m_at;
-        value = 0;
-        while (m_at < m_bytes.size() && std::isdigit(m_bytes[m_at])) {
-            value = value * 10 + (m_bytes[m_at] - '0');
-            if (value > limit)
-                return false;
-            ++m_at;
-        }
-        return m_at > start;
-    }
-
-  private:
-    const std::vector<std::uint8_t>& m_bytes;
-    std::size_t m_at = 0;
-};
+bool isDigit(int c) {
+    return c >= '0' && c <= '9';
+}
 
 TPXimage::Type typeOfName(const std::string& fileName) {
     std::string lower = fileName;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) {
+        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    });
     if (lower.find(".pgm") != std::string::npos)
         return TPXimage::Type::Grey;
     if (lower.find(".ppm") != std::string::npos)
@@ -78,66 +42,167 @@ TPXimage::Type typeOfName(const std::string& fileName) {
     return TPXimage::Type::None;
 }
 
-// The largest picture accepted: far above any texture or screenshot, low enough that a forged
-// header cannot ask for gigabytes.
-constexpr long maxSide = 1 << 15;
-constexpr long maxSamples = 1L << 28;
+// The header and text samples of a portable map, read byte by byte from the file: decimal
+// numbers separated by white space, with comments from "#" to the end of the line.
+class MapScanner {
+  public:
+    explicit MapScanner(std::FILE* file) : m_file(file) {}
+
+    int get() { return std::getc(m_file); }
+
+    // "P" and one of the two magic digits, followed by white space or a comment; the digit read
+    // or 0.
+    int magic(int text, int binary) {
+        if (get() != 'P')
+            return 0;
+        const int digit = get();
+        if (digit != text && digit != binary)
+            return 0;
+        return endsToken() ? digit : 0;
+    }
+
+    // A decimal number from 0 to `limit` after white space and comments, ending in white space,
+    // a comment or the end of the file (its end is left unread); false on anything else.
+    bool number(long limit, long& value) {
+        skipBlanks();
+        int c = get();
+        if (!isDigit(c))
+            return false;
+        value = 0;
+        for (; isDigit(c); c = get()) {
+            value = value * 10 + (c - '0');
+            if (value > limit)
+                return false;
+        }
+        if (c == EOF)
+            return true;
+        std::ungetc(c, m_file);
+        return endsToken();
+    }
+
+    void skipBlanks() {
+        for (;;) {
+            int c = get();
+            if (c == '#') {
+                do
+                    c = get();
+                while (c != EOF && c != '\n' && c != '\r');
+            } else if (!isBlank(c)) {
+                if (c != EOF)
+                    std::ungetc(c, m_file);
+                return;
+            }
+        }
+    }
+
+  private:
+    bool endsToken() {
+        const int c = get();
+        if (c == EOF)
+            return true;
+        std::ungetc(c, m_file);
+        return isBlank(c) || c == '#';
+    }
+
+    std::FILE* m_file;
+};
+
+// How many bytes follow the current position of a regular file; -1 for anything else (a
+// folder, a device, a pipe).
+long long bytesLeft(std::FILE* file) {
+    struct stat info {};
+    if (::fstat(::fileno(file), &info) != 0 || !S_ISREG(info.st_mode))
+        return -1;
+    const long at = std::ftell(file);
+    return at < 0 ? -1 : static_cast<long long>(info.st_size) - at;
+}
+
+// Samples of a maximum below 255 are stretched to the full byte (rounded); 255 keeps them.
+std::uint8_t scaled(long value, long maximum) {
+    return static_cast<std::uint8_t>((value * 255 + maximum / 2) / maximum);
+}
+
+// The raw samples after the maximum: one white-space byte, then exactly `samples` bytes, or one
+// more when the first of them is the line feed our writer adds after the header.
+bool readBinarySamples(std::FILE* file, long samples, long maximum,
+                       std::vector<std::uint8_t>& pixels) {
+    if (!isBlank(std::getc(file)))
+        return false;
+    const long long left = bytesLeft(file);
+    if (left == samples + 1LL) {
+        if (std::getc(file) != '\n')
+            return false;
+    } else if (left != samples) {
+        return false;
+    }
+    pixels.resize(static_cast<std::size_t>(samples));
+    if (std::fread(pixels.data(), 1, pixels.size(), file) != pixels.size() ||
+        std::getc(file) != EOF)
+        return false;
+    for (std::uint8_t& sample : pixels) {
+        if (sample > maximum)
+            return false;
+        sample = scaled(sample, maximum);
+    }
+    return true;
+}
+
+bool readTextSamples(MapScanner& scanner, long samples, long maximum,
+                     std::vector<std::uint8_t>& pixels) {
+    pixels.resize(static_cast<std::size_t>(samples));
+    for (std::uint8_t& sample : pixels) {
+        long value = 0;
+        if (!scanner.number(maximum, value))
+            return false;
+        sample = scaled(value, maximum);
+    }
+    scanner.skipBlanks();
+    return scanner.get() == EOF;
+}
 
 }  // namespace
 
 TPXimage::TPXimage(int width, int height, Type type)
-    : m_width(width), m_height(height), m_type(type) {
-    const int samples = type == Type::Colour ? 3 : 1;
-    m_pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
-                        static_cast<std::size_t>(type == Type::None ? 0 : samples),
-                    0);
+    : m_width(std::max(width, 0)), m_height(std::max(height, 0)), m_type(type) {
+    if (type != Type::None)
+        m_pixels.assign(static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height) *
+                            static_cast<std::size_t>(samplesPerPixel()),
+                        0);
+}
+
+bool TPXimage::complete() const {
+    return m_type != Type::None && m_width > 0 && m_height > 0 &&
+           m_pixels.size() == static_cast<std::size_t>(m_width) *
+                                  static_cast<std::size_t>(m_height) *
+                                  static_cast<std::size_t>(samplesPerPixel());
 }
 
 bool TPXimage::read(const std::string& fileName) {
     const Type type = typeOfName(fileName);
     if (type == Type::None)
         return false;
-    std::vector<std::uint8_t> bytes;
-    if (!slurp(fileName, bytes) || bytes.size() < 2 || bytes[0] != 'P')
+    File file(std::fopen(fileName.c_str(), "rb"));
+    if (!file || bytesLeft(file.get()) < 0)
         return false;
-    const char textMagic = type == Type::Grey ? '2' : '3';
-    const char binaryMagic = type == Type::Grey ? '5' : '6';
-    if (bytes[1] != textMagic && bytes[1] != binaryMagic)
-        return false;
-    const bool binary = bytes[1] == binaryMagic;
-    MapText text(bytes);
-    text.skip(2);
+    MapScanner scanner(file.get());
+    const int magic = type == Type::Grey ? scanner.magic('2', '5') : scanner.magic('3', '6');
     long width = 0, height = 0, maximum = 0;
-    if (!text.number(maxSide, width) || !text.number(maxSide, height) ||
-        !text.number(255, maximum) || width == 0 || height == 0 || maximum == 0)
+    if (magic == 0 || !scanner.number(kMaxSide, width) || !scanner.number(kMaxSide, height) ||
+        !scanner.number(255, maximum) || width == 0 || height == 0 || maximum == 0)
         return false;
-    const long perPixel = type == Type::Colour ? 3 : 1;
-    const long samples = width * height * perPixel;
-    if (samples > maxSamples)
+    const long samples = width * height * (type == Type::Colour ? 3 : 1);
+    if (samples > kMaxSamples)
         return false;
-    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(samples));
-    if (binary) {
-        // One white-space byte ends the header, or two when the second is the line feed that
-        // our own writer adds; then exactly the samples, no more and no fewer.
-        const std::size_t at = text.position();
-        const std::size_t rest = bytes.size() - at;
-        const std::size_t count = static_cast<std::size_t>(samples);
-        const bool single = rest == count + 1 && std::isspace(bytes[at]);
-        const bool doubled = rest == count + 2 && std::isspace(bytes[at]) && bytes[at + 1] == '\n';
-        if (!single && !doubled)
-            return false;
-        std::copy(bytes.end() - static_cast<std::ptrdiff_t>(count), bytes.end(), pixels.begin());
-    } else {
-        for (auto& sample : pixels) {
-            long value = 0;
-            if (!text.number(maximum, value))
-                return false;
-            sample = static_cast<std::uint8_t>(value);
-        }
-        text.skipSpace();
-        if (text.position() != bytes.size())
-            return false;
-    }
+    const bool binary = magic == '5' || magic == '6';
+    // A sample takes a byte, or as text a digit and a separator (but the last): a file too short
+    // for the header's size is refused before anything is allocated for it.
+    const long long needed = binary ? samples : 2LL * samples - 1;
+    if (bytesLeft(file.get()) < needed)
+        return false;
+    std::vector<std::uint8_t> pixels;
+    if (binary ? !readBinarySamples(file.get(), samples, maximum, pixels)
+               : !readTextSamples(scanner, samples, maximum, pixels))
+        return false;
     m_binary = binary;
     m_width = static_cast<int>(width);
     m_height = static_cast<int>(height);
@@ -147,18 +212,16 @@ bool TPXimage::read(const std::string& fileName) {
 }
 
 bool TPXimage::write(const std::string& fileName) const {
-    if (m_type == Type::None || m_width <= 0 || m_height <= 0 ||
-        m_pixels.size() != static_cast<std::size_t>(m_width) * m_height * samplesPerPixel())
+    if (!complete())
         return false;
-    File file(std::fopen(fileName.c_str(), "wb+"));
-    if (!file)
+    ReplacingFile file(fileName);
+    if (!file.open())
         return false;
-    std::fprintf(file.get(), m_type == Type::Grey ? "P5\n" : "P6\n");
-    std::fprintf(file.get(), "%i %i\n", m_width, m_height);
-    std::fprintf(file.get(), "255\n\n");
-    const bool written =
-        std::fwrite(m_pixels.data(), 1, m_pixels.size(), file.get()) == m_pixels.size();
-    return std::fclose(file.release()) == 0 && written;
+    std::ostream& out = file.stream();
+    out << (m_type == Type::Grey ? "P5\n" : "P6\n") << m_width << ' ' << m_height << "\n255\n\n";
+    out.write(reinterpret_cast<const char*>(m_pixels.data()),
+              static_cast<std::streamsize>(m_pixels.size()));
+    return file.commit();
 }
 
 }  // namespace vellum
