@@ -50,7 +50,7 @@ TEST_F(CommandLineInput, CheckReportsFilesItCannotRead) {
         std::string err;
     } rows[] = {
         {"missing.dg", "", "vellum-cli check: cannot open 'missing.dg'\n"},
-        {"g.txt", "", "vellum-cli check: 'g.txt' has no known file type (.dg, .drl, .mod)\n"},
+        {"g.txt", "", "vellum-cli check: 'g.txt' has no known file type (.dg, .drl, .mod, .3rd)\n"},
         {"folder.dg", "", "vellum-cli check: 'folder.dg' is a folder\n"},
         {"folder.mod", "", "vellum-cli check: 'folder.mod' is a folder\n"},
         {"folder", "", "vellum-cli check: 'folder' is a folder\n"},

@@ -2,13 +2,15 @@
 // lets the readers' console messages through to standard output and prints one summary line for
 // each file read ("FILE: N vertices, M edges" for a graph, "FILE: rule 'NAME'" for a rule, "FILE:
 // module 'NAME', N units" for a module, compiled with its folder as module and rule search path
-// where those are unset). On standard error it shows, with their places, what the readers found:
-// errors, including what would only fail later (an expression that does not compile, a method
-// that a call cannot find), and warnings about what is legal but almost surely a mistake. Exit
-// status 1 when any file failed or had an error, or, with --strict, a warning.
+// where those are unset, "FILE: N objects, V vertices, F faces" for a 3D model). On standard error
+// it shows, with their places, what the readers found: errors, including what would only fail later
+// (an expression that does not compile, a method that a call cannot find), and warnings about what
+// is legal but almost surely a mistake. Exit status 1 when any file failed or had an error, or,
+// with --strict, a warning.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +22,7 @@
 #include "koral/ModuleLanguage.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/DiagnosticsOutput.h"
+#include "tpx/TPXmodelReader.h"
 
 namespace vellum::cli {
 namespace {
@@ -62,6 +65,18 @@ bool checkModule(const std::string& file) {
     return true;
 }
 
+bool checkModel(const std::string& file) {
+    // The reader records its errors and warnings with their places; the reason it returns
+    // says the same.
+    std::string error;
+    const std::optional<TPXmodel> model = TPXmodelReader().read(file, error);
+    if (!model)
+        return false;
+    std::cout << file << ": " << model->totals.objects << " objects, " << model->totals.vertices
+              << " vertices, " << model->totals.faces << " faces\n";
+    return true;
+}
+
 struct Reader {
     const char* extension;
     bool (*check)(const std::string& file);
@@ -72,6 +87,7 @@ constexpr Reader kReaders[] = {
     {".dg", checkGraph},
     {".drl", checkRule},
     {".mod", checkModule},
+    {".3rd", checkModel},
 };
 
 const Reader* readerFor(const std::string& file) {
@@ -93,7 +109,7 @@ bool checkFile(const std::string& file) {
     const Reader* reader = readerFor(file);
     if (reader == nullptr) {
         std::cerr << "vellum-cli check: '" << file
-                  << "' has no known file type (.dg, .drl, .mod)\n";
+                  << "' has no known file type (.dg, .drl, .mod, .3rd)\n";
         return false;
     }
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {

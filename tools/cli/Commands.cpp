@@ -12,9 +12,9 @@ const std::vector<Command>& commands() {
         {"eval", "EXPR [NAME=VALUE ...]",
          "Evaluates an expression with the given bindings and prints its type and value.", runEval},
         {"check", "[--strict] FILE...",
-         "Reads graph (.dg), rule (.drl) and module (.mod) files and reports what it read; on "
-         "standard error it shows each error and warning as FILE:LINE:COLUMN. --strict makes "
-         "warnings fail the check.",
+         "Reads graph (.dg), rule (.drl), module (.mod) and 3D model (.3rd) files and reports "
+         "what it read; on standard error it shows each error and warning as FILE:LINE:COLUMN. "
+         "--strict makes warnings fail the check.",
          runCheck},
         {"convert", "IN OUT", "Reads a graph or rule file and writes it in the standard layout.",
          runConvert},
