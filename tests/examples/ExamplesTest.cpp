@@ -137,9 +137,11 @@ TEST_F(ExampleTest, EveryExampleHasAReadmeWithARunLineAndIsListed) {
         if (!entry.is_directory())
             continue;
         const std::string name = entry.path().filename().string();
+        EXPECT_NE(index.find("(" + name + "/README.md)"), std::string::npos) << name;
+        if (name == "models")
+            continue;  // shapes for vertices, not a case to run
         ++examples;
         EXPECT_FALSE(readmeRunLines(name).empty()) << name;
-        EXPECT_NE(index.find("(" + name + "/README.md)"), std::string::npos) << name;
     }
     EXPECT_GE(examples, 5);
 }
