@@ -16,6 +16,8 @@ namespace {
 // Arrays are reserved at most this far ahead of what a file lists; beyond it they grow with the
 // file, so that an announced count costs nothing until its elements come.
 constexpr long long kMaxReserved = 4096;
+// How deep CHILD links may nest objects below the top level.
+constexpr int kMaxDepth = 1000;
 // The longest texture file name a model may give, quotes included.
 constexpr std::size_t kMaxStringToken = 4096;
 
@@ -291,6 +293,13 @@ bool TPXmodelReader::setLink() {
                                          "; CHILD and SIBLING name an object above them");
     linkCode_ = tokenCode(1);
     linkTarget_ = found->second;
+    // Whatever walks the tree later may recurse; a child's parent is at most this deep.
+    int depth = linkCode_ == kModelChildToken ? 1 : 0;
+    for (const TPXnode* up = linkTarget_->parent(); up != root_.get(); up = up->parent()) {
+        if (++depth > kMaxDepth)
+            return failAt(tokenStart(0),
+                          "the objects nest more than " + std::to_string(kMaxDepth) + " deep");
+    }
     return true;
 }
 

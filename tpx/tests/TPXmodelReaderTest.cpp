@@ -204,6 +204,15 @@ std::string square(const std::string& faces, int count = 1) {
            "\n" + faces + "\n}\n";
 }
 
+// Objects o0 to oN on one line, each a child of the one before.
+std::string nested(int n) {
+    std::string text = "3rd v1 o0 { VERTICES 0 FACES 0 }";
+    for (int i = 1; i <= n; ++i)
+        text += " o" + std::to_string(i) + " CHILD o" + std::to_string(i - 1) +
+                " { VERTICES 0 FACES 0 }";
+    return text;
+}
+
 TEST(TPXmodelReader, RefusesTheWholeFileWithTheReasonAndLine) {
     const Refused rows[] = {
         {"capital SHININESS",
@@ -266,6 +275,8 @@ TEST(TPXmodelReader, RefusesTheWholeFileWithTheReasonAndLine) {
         {"CHILD naming a later object",
          "3rd v1\na CHILD b { VERTICES 0 FACES 0 }\nb { VERTICES 0 FACES 0 }",
          "line 2: no object 'b' is read before 'a'; CHILD and SIBLING name an object above them"},
+        {"objects nested deeper than the tree may go", nested(1001),
+         "line 1: the objects nest more than 1000 deep"},
         {"SIBLING naming itself", "3rd v1\na SIBLING a { VERTICES 0 FACES 0 }",
          "line 2: no object 'a' is read before 'a'; CHILD and SIBLING name an object above them"},
         {"a missing brace between objects",
