@@ -22,6 +22,7 @@ enum class TPXkind : int {
     ModelObject = 4,  // owns one geometry
     Widget = 7,       // the canvas's own helpers
     EdgeObject = 8,   // an edge of a graph shown as a scene
+    Text = 9,         // a line of text facing the viewer (labels)
 };
 
 // What linking a node elsewhere keeps: its placement relative to the parent, or its place in

@@ -1,0 +1,54 @@
+// TPXtext: a line of text in the scene, such as the label of a graph element (a child of the
+// element's object, placed a little above it). It faces the viewer from every camera angle:
+// drawn unlit in its colour in the plane of the picture, centred horizontally on the node's
+// world position with its baseline there, one em of its font `size` world units high whatever
+// the scale and turn of its parents. Picking passes it over; the light picture leaves it out
+// when it would be small on screen.
+#pragma once
+
+#include <string>
+
+#include "tpx/TPXfont.h"
+#include "tpx/TPXmaterial.h"
+#include "tpx/TPXnode.h"
+
+namespace vellum {
+
+class TPXtext : public TPXnode {
+  public:
+    // The name of a graph element's label.
+    static constexpr const char* labelName = "__label__";
+    // The light picture leaves out a text whose em is fewer pixels high than this.
+    static constexpr double lightMinimumPixels = 8.0;
+
+    // A text node of kind Text. An empty `font` (its file could not be read) is allowed: the
+    // text is then never drawn.
+    TPXtext(std::string name, std::string text, TPXref<TPXfont> font, double size,
+            const TPXrgb& colour);
+
+    const std::string& text() const { return m_text; }
+    void setText(std::string text);
+    TPXfont* font() const { return m_font.get(); }
+    double size() const { return m_size; }
+    const TPXrgb& colour() const { return m_colour; }
+    void setColour(const TPXrgb& colour) { m_colour = colour; }
+    // The text's width in world units (0 without a font).
+    double width() const { return m_size * m_em; }
+
+    // Draws the text as described above; nothing in a picking pass, without a font or text, or
+    // in the light picture when small. Leaves the model-view matrix as it found it.
+    void drawSelf(TPXdrawContext& context) const override;
+
+  private:
+    // The height of one em on screen, in pixels, for the light picture's choice; the text's
+    // anchor is `anchor` (world space).
+    double pixelsHigh(const TPXdrawContext& context, const TPXp3& anchor) const;
+
+    std::string m_text;
+    TPXref<TPXfont> m_font;
+    double m_size;
+    TPXrgb m_colour;
+    double m_em = 0.0;  // the text's advance in em units, kept in step with m_text
+};
+
+}  // namespace vellum
