@@ -7,8 +7,11 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "tpx/TPXnode.h"
+#include "tpx/TPXstandIns.h"
+#include "tpx/TPXtext.h"
 
 namespace vellum {
 
@@ -159,6 +162,12 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
     const std::optional<Mat4> clip =
         context.clip ? std::optional<Mat4>(Mat4::of(*context.clip)) : std::nullopt;
     std::uint32_t loadedName = 0;
+    TPXstandIns standIns;
+    TPXstandIns* const outer = context.standIns;
+    if (context.light && !context.picking)
+        context.standIns = &standIns;
+    TPXtextBatch texts;
+    TPXtextBatch* const outerTexts = std::exchange(context.texts, &texts);
     glMatrixMode(GL_MODELVIEW);
     walk(first, [&](const TPXnode& node, const Mat4& world, std::uint32_t identity) {
         if (context.picking && identity == 0)
@@ -170,6 +179,8 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
         context.nodePixels =
             context.light && bounds ? pixelsOf(*bounds, eye, context.pixelsPerUnit) : -1.0;
         glLoadMatrixd(eye.m.data());
+        if (context.standIns)
+            context.standIns->setTransform(eye.m);
         if (context.picking && identity != loadedName) {
             glLoadName(identity);
             loadedName = identity;
@@ -177,6 +188,10 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
         node.drawSelf(context);
     });
     context.nodePixels = -1.0;
+    context.standIns = outer;
+    context.texts = outerTexts;
+    standIns.draw();
+    texts.draw(context);
 }
 
 TPXboundingBox TPXsceneBounds(const TPXnode* first) {

@@ -20,7 +20,9 @@ class TPXnode;
 // depth first. For each node: loads context.view * its world matrix; in a picking pass loads
 // its identity (or its nearest ancestor's) as the selection name, and skips a node that has
 // none; then calls drawSelf. Nodes whose drawnBounds lie outside context.clip are not drawn
-// (their children still are). Sets context.nodePixels for each node in the light picture.
+// (their children still are). In the light picture sets context.nodePixels for each node and
+// draws the stand-ins of small geometries together after the walk (TPXstandIns). Texts are
+// gathered and drawn together last (TPXtextBatch).
 // Leaves the model-view matrix changed. Chains of any length take no stack depth.
 void TPXdrawScene(const TPXnode* first, TPXdrawContext& context);
 

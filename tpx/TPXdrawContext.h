@@ -15,6 +15,9 @@
 
 namespace vellum {
 
+class TPXstandIns;
+class TPXtextBatch;
+
 // How geometries are drawn: their polygons as closed outlines, as wireframe or filled.
 enum class TPXdrawStyle : int { Outline = 1, Wireframe = 2, Solid = 3 };
 
@@ -43,6 +46,12 @@ struct TPXdrawContext {
     // Set by the scene drawing for each node before it draws itself: about how many pixels its
     // geometry's box spans on screen, in the light picture only; negative when not known.
     double nodePixels = -1.0;
+    // In the light picture, where small geometries put their stand-ins instead of drawing
+    // (set by the scene drawing, which draws them all at the end); null otherwise.
+    TPXstandIns* standIns = nullptr;
+    // Where texts go while a scene is drawn, to be drawn together after its other objects (set
+    // by the scene drawing); null: each text draws at once.
+    TPXtextBatch* texts = nullptr;
     // Counts frames, so that things that move on their own (an edge's dashes) can step once
     // per frame.
     std::uint64_t frame = 0;

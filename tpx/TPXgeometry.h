@@ -64,8 +64,8 @@ class TPXgeometry : public TPXshared {
 
     // Draws the geometry in `context.style`, compiling that style's display list in the
     // context's store the first time and replaying it afterwards. In the light picture a
-    // geometry that covers few pixels (context.nodePixels) is drawn as a coarse stand-in or a
-    // point instead. A context must be current.
+    // geometry that covers few pixels (context.nodePixels) hands a stand-in to
+    // context.standIns instead. A context must be current.
     void draw(TPXdrawContext& context) const;
     // The display list of `style` in `store`, 0 if not compiled there yet (for tests).
     GLuint displayList(const TPXlistStore& store, TPXdrawStyle style) const;
@@ -78,14 +78,12 @@ class TPXgeometry : public TPXshared {
   private:
     ~TPXgeometry() override;
     void compile(TPXdrawContext& context) const;
-    void drawStandIn(TPXdrawContext& context) const;
 
     std::string m_name;
     std::vector<TPXvertex> m_vertices;
     std::vector<TPXpolygon> m_polygons;
     TPXboundingBox m_box;
-    static constexpr std::size_t standInSlot = styles;  // after one list per style
-    mutable TPXlists<styles + 1> m_lists;
+    mutable TPXlists<styles> m_lists;
     mutable std::mutex m_collisionMutex;
     mutable std::unique_ptr<TPXcollisionModel> m_collision;  // null until first asked for
 };

@@ -1,7 +1,8 @@
 // Drawing a geometry: each style is compiled into a display list of the current context the
 // first time it is drawn there, and replayed afterwards. Triangles and convex quads go to OpenGL
 // as they are; concave and many-cornered polygons through the GLU tessellator. Textured
-// polygons get their texture coordinates by a planar mapping over the geometry's box.
+// polygons get their texture coordinates by a planar mapping over the geometry's box. Small
+// geometries in the light picture become stand-ins (TPXstandIns).
 #include <GL/gl.h>
 #include <GL/glu.h>
 
@@ -10,16 +11,12 @@
 #include <deque>
 
 #include "tpx/TPXgeometry.h"
+#include "tpx/TPXstandIns.h"
 #include "tpx/TPXtexture.h"
 
 namespace vellum {
 
 namespace {
-
-// The light picture draws geometries smaller than this many pixels as a coarse stand-in, and
-// those smaller than kPointPixels as one point.
-constexpr double kStandInPixels = 12.0;
-constexpr double kPointPixels = 3.0;
 
 std::size_t slotOf(TPXdrawStyle style) {
     return static_cast<std::size_t>(style) - 1;
@@ -118,10 +115,11 @@ void sendCorners(const TPXgeometry& geometry, const TPXpolygon& polygon,
             sendVertex(v->position, v->normal, plane);
 }
 
-// The GLU tessellator for one compilation (RAII). For a wireframe it marks the polygon's own
-// edges with edge flags, so that the outline shows and not the cuts. Filled polygons get no
-// edge flags: Mesa (22.3) draws nothing of a later wireframe list with edge flags once a filled
-// list with edge flags has been drawn.
+// The GLU tessellator for one compilation (RAII). Its edge-flag callback makes GLU send plain
+// triangles (no fans or strips, see drawFilled). For a wireframe the flags mark the polygon's
+// own edges, so that the outline shows and not the cuts; filled polygons ignore them: Mesa
+// (22.3) draws nothing of a later wireframe list with edge flags once a filled list with edge
+// flags has been drawn.
 class Tessellator {
   public:
     explicit Tessellator(bool outlineOnly) : m_tess(gluNewTess()) {
@@ -131,8 +129,8 @@ class Tessellator {
         gluTessCallback(m_tess, GLU_TESS_VERTEX, reinterpret_cast<_GLUfuncptr>(&vertex));
         gluTessCallback(m_tess, GLU_TESS_END, reinterpret_cast<_GLUfuncptr>(&end));
         gluTessCallback(m_tess, GLU_TESS_COMBINE, reinterpret_cast<_GLUfuncptr>(&combine));
-        if (outlineOnly)
-            gluTessCallback(m_tess, GLU_TESS_EDGE_FLAG, reinterpret_cast<_GLUfuncptr>(&edgeFlag));
+        gluTessCallback(m_tess, GLU_TESS_EDGE_FLAG,
+                        reinterpret_cast<_GLUfuncptr>(outlineOnly ? &edgeFlag : &ignoreEdgeFlag));
         m_edgeFlags = outlineOnly;
     }
     ~Tessellator() {
@@ -177,6 +175,7 @@ class Tessellator {
     static void GLAPIENTRY begin(GLenum type) { glBegin(type); }
     static void GLAPIENTRY end() { glEnd(); }
     static void GLAPIENTRY edgeFlag(GLboolean flag) { glEdgeFlag(flag); }
+    static void GLAPIENTRY ignoreEdgeFlag(GLboolean) {}
     static void GLAPIENTRY vertex(void* data) {
         const Corner& c = *static_cast<const Corner*>(data);
         sendVertex(TPXp3(c.position[0], c.position[1], c.position[2]), c.normal, c.plane);
@@ -215,29 +214,62 @@ void drawOutline(const TPXgeometry& geometry) {
     }
 }
 
-void drawPolygon(const TPXgeometry& geometry, const TPXpolygon& polygon, Tessellator& tessellator,
-                 bool textured) {
+// How a polygon goes to OpenGL.
+struct PolygonPlan {
+    TPXp3 normal;
+    bool tessellated;
+    GLenum mode;  // GL_TRIANGLES (also for tessellated ones) or GL_POLYGON
+};
+
+PolygonPlan planOf(const TPXgeometry& geometry, const TPXpolygon& polygon) {
     const TPXp3 normal = cornerNormal(geometry, polygon);
-    const TexturePlane plane(geometry.boundingBox(), normal);
+    const bool tessellated = needsTessellation(geometry, polygon, normal);
+    const bool triangles = tessellated || polygon.size() == 3;
+    return {normal, tessellated, static_cast<GLenum>(triangles ? GL_TRIANGLES : GL_POLYGON)};
+}
+
+void drawPolygon(const TPXgeometry& geometry, const TPXpolygon& polygon, const PolygonPlan& plan,
+                 Tessellator& tessellator, bool textured) {
+    const TexturePlane plane(geometry.boundingBox(), plan.normal);
     const TexturePlane* mapping = textured ? &plane : nullptr;
-    if (needsTessellation(geometry, polygon, normal) &&
-        tessellator.draw(geometry, polygon, normal, mapping))
+    if (plan.tessellated && tessellator.draw(geometry, polygon, plan.normal, mapping))
         return;
-    glBegin(polygon.size() == 3 ? GL_TRIANGLES : GL_POLYGON);
+    glBegin(plan.mode);
     sendCorners(geometry, polygon, mapping);
     glEnd();
 }
 
+// Ends the run of primitives being gathered into one draw. Mesa merges the primitives of a list
+// between two state changes into one draw; it crashes (22.3) when such a draw mixes modes and
+// the list is called in selection mode. A push and pop of the enables changes nothing else.
+void separateDraws() {
+    glPushAttrib(GL_ENABLE_BIT);
+    glPopAttrib();
+}
+
+// Polygons in a row with one material share one application of it: a state change between two
+// polygons splits the list into separate draws, which would cost more than the polygons.
 void drawFilled(const TPXgeometry& geometry, TPXdrawContext& context, bool wireframe) {
     Tessellator tessellator(wireframe);
+    const TPXmaterial* applied = nullptr;
+    GLenum lastMode = GL_TRIANGLES;
     for (const TPXpolygon& polygon : geometry.polygons()) {
+        const PolygonPlan plan = planOf(geometry, polygon);
+        if (plan.mode != lastMode)
+            separateDraws();
+        lastMode = plan.mode;
         const TPXmaterial* material = polygon.material().get();
-        if (material)
-            material->apply(context);
-        drawPolygon(geometry, polygon, tessellator, material && material->texture());
-        if (material)
-            material->unapply(context);
+        if (material != applied) {
+            if (applied)
+                applied->unapply(context);
+            if (material)
+                material->apply(context);
+            applied = material;
+        }
+        drawPolygon(geometry, polygon, plan, tessellator, material && material->texture());
     }
+    if (applied)
+        applied->unapply(context);
 }
 
 // Textures go up before a list that binds them is compiled.
@@ -250,55 +282,6 @@ void uploadTextures(const TPXgeometry& geometry, TPXdrawContext& context) {
             texture->upload(context);
         last = texture;
     }
-}
-
-const TPXmaterial* firstMaterial(const TPXgeometry& geometry) {
-    for (const TPXpolygon& polygon : geometry.polygons())
-        if (polygon.material())
-            return polygon.material().get();
-    return nullptr;
-}
-
-// A diamond filling the geometry's box: eight triangles, smooth like a coarse sphere.
-void drawDiamond(const TPXgeometry& geometry, TPXdrawContext& context) {
-    const TPXboundingBox& box = geometry.boundingBox();
-    const TPXp3 c = box.centre();
-    const TPXp3 h = (box.max - box.min) * 0.5;
-    const TPXmaterial* material = firstMaterial(geometry);
-    if (material)
-        material->apply(context);
-    glBegin(GL_TRIANGLES);
-    for (int octant = 0; octant < 8; ++octant) {
-        const TPXp3 sx(octant & 1 ? 1 : -1, 0, 0);
-        const TPXp3 sy(0, octant & 2 ? 1 : -1, 0);
-        const TPXp3 sz(0, 0, octant & 4 ? 1 : -1);
-        // x, y, z is counter-clockwise seen from outside when the octant's sign product is +.
-        const bool even = sx.x() * sy.y() * sz.z() > 0;
-        for (const TPXp3& axis : {sx, even ? sy : sz, even ? sz : sy}) {
-            glNormal3d(axis.x(), axis.y(), axis.z());
-            glVertex3d(c.x() + axis.x() * h.x(), c.y() + axis.y() * h.y(),
-                       c.z() + axis.z() * h.z());
-        }
-    }
-    glEnd();
-    if (material)
-        material->unapply(context);
-}
-
-void drawPoint(const TPXgeometry& geometry, double pixels) {
-    const TPXmaterial* material = firstMaterial(geometry);
-    const TPXrgb colour = material ? material->diffuse() : TPXrgb{1, 1, 1};
-    const TPXp3 c = geometry.boundingBox().centre();
-    glPushAttrib(GL_ENABLE_BIT | GL_POINT_BIT | GL_CURRENT_BIT);
-    glDisable(GL_LIGHTING);
-    glDisable(GL_TEXTURE_2D);
-    glPointSize(static_cast<GLfloat>(std::max(1.0, pixels)));
-    // About as bright as the lit side facing the viewer.
-    glColor3d(colour.r * 0.8, colour.g * 0.8, colour.b * 0.8);
-    glBegin(GL_POINTS);
-    glVertex3d(c.x(), c.y(), c.z());
-    glEnd();
-    glPopAttrib();
 }
 
 }  // namespace
@@ -330,28 +313,11 @@ void TPXgeometry::compile(TPXdrawContext& context) const {
     m_lists.set(context.lists, slotOf(context.style), list);
 }
 
-void TPXgeometry::drawStandIn(TPXdrawContext& context) const {
-    if (context.nodePixels < kPointPixels) {
-        drawPoint(*this, context.nodePixels);
-        return;
-    }
-    GLuint list = m_lists.get(*context.lists, standInSlot);
-    if (list == 0) {
-        list = glGenLists(1);
-        if (list == 0)
-            return;
-        glNewList(list, GL_COMPILE);
-        drawDiamond(*this, context);
-        glEndList();
-        m_lists.set(context.lists, standInSlot, list);
-    }
-    glCallList(list);
-}
-
 void TPXgeometry::draw(TPXdrawContext& context) const {
-    const bool small = context.nodePixels >= 0.0 && context.nodePixels < kStandInPixels;
-    if (context.light && !context.picking && small && !m_box.empty) {
-        drawStandIn(context);
+    const bool standIn = context.light && !context.picking && context.standIns &&
+                         TPXstandIns::wanted(context.nodePixels) && !m_box.empty;
+    if (standIn) {
+        context.standIns->add(*this, context.nodePixels);
         return;
     }
     if (displayList(*context.lists, context.style) == 0)
