@@ -23,7 +23,7 @@ ALLOWED = {
     'plugins': {'base', 'grammar', 'graph', 'koral'},
     'tools': {'base', 'grammar', 'graph', 'koral', 'tpx', 'gui'},
     'bench': {'base', 'grammar', 'graph', 'koral', 'plugins', 'tpx', 'gui'},
-    'fuzz': {'base', 'grammar', 'graph', 'koral', 'plugins'},
+    'fuzz': {'base', 'grammar', 'graph', 'koral', 'plugins', 'tpx'},
     'tests': {'base', 'grammar', 'graph', 'koral', 'plugins', 'tools'},
 }
 # What the test code of any folder may use in addition.
