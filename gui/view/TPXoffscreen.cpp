@@ -8,7 +8,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <mutex>
 
 namespace vellum {
 
@@ -16,65 +15,42 @@ namespace {
 
 const char* const kNoGl = "OpenGL is not available: ";
 
-// EGL keeps one display per platform in a process, and eglTerminate ends it for every context
-// on it: the offscreen contexts alive at one time share it, and the last one terminates it.
-class SharedDisplay {
-  public:
-    static EGLDisplay acquire(std::string& error) {
-        State& state = instance();
-        std::lock_guard<std::mutex> lock(state.mutex);
-        if (state.users > 0) {
-            ++state.users;
-            return state.display;
-        }
-        EGLDisplay display = open(error);
-        if (display == EGL_NO_DISPLAY)
-            return display;
-        state.display = display;
-        state.users = 1;
-        return display;
+EGLDisplay openDisplay(std::string& error) {
+    const char* extensions = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
+    if (!extensions || !std::strstr(extensions, "EGL_MESA_platform_surfaceless")) {
+        error = std::string(kNoGl) + "EGL has no surfaceless platform (Mesa's EGL is needed)";
+        return EGL_NO_DISPLAY;
     }
-    static void release() {
-        State& state = instance();
-        std::lock_guard<std::mutex> lock(state.mutex);
-        if (--state.users > 0)
-            return;
-        eglTerminate(state.display);
-        eglReleaseThread();
-        state.display = EGL_NO_DISPLAY;
+    auto getDisplay = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
+        eglGetProcAddress("eglGetPlatformDisplayEXT"));
+    EGLDisplay display =
+        getDisplay ? getDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr)
+                   : EGL_NO_DISPLAY;
+    EGLint major = 0;
+    EGLint minor = 0;
+    if (display == EGL_NO_DISPLAY || !eglInitialize(display, &major, &minor)) {
+        error = std::string(kNoGl) + "EGL cannot open Mesa's surfaceless display (no driver?)";
+        return EGL_NO_DISPLAY;
     }
+    return display;
+}
 
-  private:
-    struct State {
-        std::mutex mutex;
-        int users = 0;
-        EGLDisplay display = EGL_NO_DISPLAY;
+// EGL has one display per platform in a process, and eglTerminate would end it under every
+// context on it: it is opened once, on first use, and kept until the process ends. (Keeping the
+// driver loaded also lets a leak checker name the driver's own allocations.)
+EGLDisplay sharedDisplay(std::string& error) {
+    struct Opened {
+        EGLDisplay display;
+        std::string error;
     };
-    static State& instance() {
-        static State state;
-        return state;
-    }
-
-    static EGLDisplay open(std::string& error) {
-        const char* extensions = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
-        if (!extensions || !std::strstr(extensions, "EGL_MESA_platform_surfaceless")) {
-            error = std::string(kNoGl) + "EGL has no surfaceless platform (Mesa's EGL is needed)";
-            return EGL_NO_DISPLAY;
-        }
-        auto getDisplay = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
-            eglGetProcAddress("eglGetPlatformDisplayEXT"));
-        EGLDisplay display =
-            getDisplay ? getDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr)
-                       : EGL_NO_DISPLAY;
-        EGLint major = 0;
-        EGLint minor = 0;
-        if (display == EGL_NO_DISPLAY || !eglInitialize(display, &major, &minor)) {
-            error = std::string(kNoGl) + "EGL cannot open Mesa's surfaceless display (no driver?)";
-            return EGL_NO_DISPLAY;
-        }
-        return display;
-    }
-};
+    static const Opened opened = [] {
+        Opened result{EGL_NO_DISPLAY, {}};
+        result.display = openDisplay(result.error);
+        return result;
+    }();
+    error = opened.error;
+    return opened.display;
+}
 
 std::string eglErrorText() {
     char text[32];
@@ -115,8 +91,6 @@ struct TPXoffscreen::Egl {
                 eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
             eglDestroyContext(display, context);
         }
-        if (display != EGL_NO_DISPLAY)
-            SharedDisplay::release();
     }
 };
 
@@ -127,7 +101,7 @@ std::unique_ptr<TPXoffscreen> TPXoffscreen::create(int width, int height, std::s
         return nullptr;
     }
     auto egl = std::make_unique<Egl>();
-    egl->display = SharedDisplay::acquire(error);
+    egl->display = sharedDisplay(error);
     if (egl->display == EGL_NO_DISPLAY)
         return nullptr;
     egl->context = createContext(egl->display, error);
