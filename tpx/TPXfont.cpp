@@ -224,6 +224,64 @@ struct TPXfont::Page {
     }
 };
 
+namespace {
+
+// What drawing glyph quads needs: texturing with the atlas's alpha over the current colour,
+// blending, an alpha test so that the clear corners of a quad do not hide what lies behind them
+// in the depth buffer, and no lighting. The previous state comes back when it ends.
+class GlyphState {
+  public:
+    GlyphState()
+        : m_lighting(glIsEnabled(GL_LIGHTING)),
+          m_texturing(glIsEnabled(GL_TEXTURE_2D)),
+          m_blending(glIsEnabled(GL_BLEND)),
+          m_alphaTest(glIsEnabled(GL_ALPHA_TEST)) {
+        glDisable(GL_LIGHTING);
+        glEnable(GL_TEXTURE_2D);
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        glEnable(GL_ALPHA_TEST);
+        glAlphaFunc(GL_GREATER, 0.1f);
+    }
+    ~GlyphState() {
+        restore(GL_ALPHA_TEST, m_alphaTest);
+        restore(GL_BLEND, m_blending);
+        restore(GL_TEXTURE_2D, m_texturing);
+        restore(GL_LIGHTING, m_lighting);
+    }
+    GlyphState(const GlyphState&) = delete;
+    GlyphState& operator=(const GlyphState&) = delete;
+
+  private:
+    static void restore(GLenum capability, GLboolean enabled) {
+        if (enabled)
+            glEnable(capability);
+        else
+            glDisable(capability);
+    }
+
+    GLboolean m_lighting;
+    GLboolean m_texturing;
+    GLboolean m_blending;
+    GLboolean m_alphaTest;
+};
+
+// Sends the corners of glyph `g` of `run`, its pen `pen` ems along the run, inside GL_QUADS.
+void sendQuad(const PlacedGlyph& g, const TPXtextRun& run, double pen) {
+    const auto corner = [&](float s, float t, float x, float y) {
+        const TPXp3 p = run.origin + run.xAxis * (pen + x) + run.yAxis * static_cast<double>(y);
+        glTexCoord2f(s, t);
+        glVertex3d(p.x(), p.y(), p.z());
+    };
+    corner(g.s0, g.t1, g.x0, g.y0);
+    corner(g.s1, g.t1, g.x1, g.y0);
+    corner(g.s1, g.t0, g.x1, g.y1);
+    corner(g.s0, g.t0, g.x0, g.y1);
+}
+
+}  // namespace
+
 TPXref<TPXfont> TPXfont::load(const std::string& fileName, std::string& error) {
     FT_Library library = nullptr;
     if (FT_Init_FreeType(&library) != 0) {
@@ -327,14 +385,7 @@ GLuint TPXfont::glyphList(const Page& page, unsigned index, TPXdrawContext& cont
 }
 
 void TPXfont::draw(TPXdrawContext& context, std::string_view text) const {
-    const GLboolean blending = glIsEnabled(GL_BLEND);
-    glEnable(GL_TEXTURE_2D);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    // The clear corners of a quad must not hide what lies behind them in the depth buffer.
-    glEnable(GL_ALPHA_TEST);
-    glAlphaFunc(GL_GREATER, 0.1f);
+    const GlyphState state;
     const Page* bound = nullptr;
     forEachCodePoint(text, [&](char32_t c) {
         const Page& p = page(c / kPageSize);
@@ -347,10 +398,34 @@ void TPXfont::draw(TPXdrawContext& context, std::string_view text) const {
             glCallList(list);
         glTranslatef(static_cast<GLfloat>(p.glyphs[index].shape.advance), 0.0f, 0.0f);
     });
-    glDisable(GL_ALPHA_TEST);
-    if (!blending)
-        glDisable(GL_BLEND);
-    glDisable(GL_TEXTURE_2D);
+}
+
+void TPXfont::drawRuns(TPXdrawContext& context, const std::vector<TPXtextRun>& runs) const {
+    if (runs.empty())
+        return;
+    const GlyphState state;
+    const Page* bound = nullptr;  // whose atlas the open glBegin draws with
+    for (const TPXtextRun& run : runs) {
+        glColor3d(run.colour.r, run.colour.g, run.colour.b);
+        double pen = 0.0;
+        forEachCodePoint(run.text, [&](char32_t c) {
+            const Page& p = page(c / kPageSize);
+            const PlacedGlyph& g = p.glyphs[c % kPageSize];
+            if (!g.shape.blank()) {
+                if (&p != bound) {
+                    if (bound)
+                        glEnd();
+                    bindAtlas(p, context);
+                    glBegin(GL_QUADS);
+                    bound = &p;
+                }
+                sendQuad(g, run, pen);
+            }
+            pen += g.shape.advance;
+        });
+    }
+    if (bound)
+        glEnd();
 }
 
 std::string TPXfontCache::baseName(const std::string& name) {

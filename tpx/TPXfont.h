@@ -12,8 +12,11 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tpx/TPXdrawContext.h"
+#include "tpx/TPXmaterial.h"
+#include "tpx/TPXp3.h"
 #include "tpx/TPXshared.h"
 
 namespace vellum {
@@ -29,6 +32,16 @@ struct TPXglyph {
 
     // No outline (a space): nothing to draw, only the advance.
     bool blank() const { return right <= left || top <= bottom; }
+};
+
+// A line of text placed in space for TPXfont::drawRuns: the pen starts at `origin` and moves
+// along `xAxis`, `yAxis` points up, each axis one em long.
+struct TPXtextRun {
+    std::string_view text;
+    TPXp3 origin;
+    TPXp3 xAxis;
+    TPXp3 yAxis;
+    TPXrgb colour;
 };
 
 class TPXfont : public TPXshared {
@@ -52,11 +65,15 @@ class TPXfont : public TPXshared {
     double width(std::string_view text) const;
 
     // Draws `text` glyph by glyph from the origin along x, the baseline on y = 0, one em to the
-    // unit, unlit in the current colour, with a glTranslatef of each glyph's advance between
-    // glyphs (the model-view matrix is left moved to the end of the text). Texturing, blending
-    // and alpha testing are switched on for it and back off afterwards. The context of
-    // `context` must be current.
+    // unit, unlit in the current colour: each glyph's display list, then a glTranslatef of its
+    // advance (the model-view matrix is left moved to the end of the text). The context of
+    // `context` must be current; lighting, texturing, blending and the alpha test are as they
+    // were afterwards.
     void draw(TPXdrawContext& context, std::string_view text) const;
+    // Draws many texts at once, each in its colour, as quads placed with the current model-view
+    // matrix: the state is set once and the quads go out in one batch per atlas page, so a
+    // scene's thousands of labels cost about one draw. Otherwise as draw.
+    void drawRuns(TPXdrawContext& context, const std::vector<TPXtextRun>& runs) const;
 
   private:
     struct Face;

@@ -34,25 +34,42 @@ void TPXtext::drawSelf(TPXdrawContext& context) const {
         return;
     // The picture's right and up at the anchor, one em long: the text lies in the plane of the
     // picture, read left to right, whichever way the camera looks.
+    const TPXp3 right = context.viewerRight * m_size;
+    const TPXp3 up = context.viewerUp * m_size;
+    const TPXp3 start = anchor - right * (m_em / 2.0);
+    if (context.texts) {
+        context.texts->add(*m_font, TPXtextRun{m_text, start, right, up, m_colour});
+        return;
+    }
     TPXmatrix facing = TPXmatrix::identity(4);
-    const TPXp3 toward = context.viewerRight.cross(context.viewerUp);
-    const TPXp3 axes[4] = {context.viewerRight * m_size, context.viewerUp * m_size, toward * m_size,
-                           anchor};
+    const TPXp3 axes[4] = {right, up, context.viewerRight.cross(context.viewerUp) * m_size, start};
     for (int column = 0; column < 4; ++column)
         for (int row = 0; row < 3; ++row)
             facing(row, column) = axes[column][row];
-    const TPXmatrix modelView = context.view * facing;
-
-    const GLboolean lit = glIsEnabled(GL_LIGHTING);
-    glDisable(GL_LIGHTING);
     glColor3d(m_colour.r, m_colour.g, m_colour.b);
     glPushMatrix();
-    glLoadMatrixd(modelView.data());
-    glTranslated(-m_em / 2.0, 0.0, 0.0);
+    glLoadMatrixd((context.view * facing).data());
     m_font->draw(context, m_text);
     glPopMatrix();
-    if (lit)
-        glEnable(GL_LIGHTING);
+}
+
+void TPXtextBatch::add(const TPXfont& font, const TPXtextRun& run) {
+    for (Group& group : m_groups)
+        if (group.font == &font) {
+            group.runs.push_back(run);
+            return;
+        }
+    m_groups.push_back({&font, {run}});
+}
+
+void TPXtextBatch::draw(TPXdrawContext& context) {
+    if (m_groups.empty())
+        return;
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(context.view.data());
+    for (const Group& group : m_groups)
+        group.font->drawRuns(context, group.runs);
+    m_groups.clear();
 }
 
 }  // namespace vellum

@@ -3,10 +3,11 @@
 // drawn unlit in its colour in the plane of the picture, centred horizontally on the node's
 // world position with its baseline there, one em of its font `size` world units high whatever
 // the scale and turn of its parents. Picking passes it over; the light picture leaves it out
-// when it would be small on screen.
+// when it would be small on screen. TPXtextBatch gathers the texts of a scene being drawn.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tpx/TPXfont.h"
 #include "tpx/TPXmaterial.h"
@@ -35,8 +36,10 @@ class TPXtext : public TPXnode {
     // The text's width in world units (0 without a font).
     double width() const { return m_size * m_em; }
 
-    // Draws the text as described above; nothing in a picking pass, without a font or text, or
-    // in the light picture when small. Leaves the model-view matrix as it found it.
+    // Draws the text as described above, or hands it to context.texts when that is set;
+    // nothing in a picking pass, without a font or text, or in the light picture when small.
+    // Leaves the model-view matrix as it found it. The text must stay unchanged until a batch
+    // it went to has been drawn.
     void drawSelf(TPXdrawContext& context) const override;
 
   private:
@@ -49,6 +52,25 @@ class TPXtext : public TPXnode {
     double m_size;
     TPXrgb m_colour;
     double m_em = 0.0;  // the text's advance in em units, kept in step with m_text
+};
+
+// The texts met while one scene is drawn, drawn together after its other objects. Drawn one by
+// one, each text costs a change of state and a draw of its own, and on a software renderer the
+// labels of a large graph would then cost more than the shapes they name.
+class TPXtextBatch {
+  public:
+    void add(const TPXfont& font, const TPXtextRun& run);
+    bool empty() const { return m_groups.empty(); }
+    // Draws everything gathered, placed in world space (the model-view matrix is set to
+    // context.view), and empties the batch. A context must be current.
+    void draw(TPXdrawContext& context);
+
+  private:
+    struct Group {
+        const TPXfont* font;
+        std::vector<TPXtextRun> runs;
+    };
+    std::vector<Group> m_groups;  // one per font, in the order first met
 };
 
 }  // namespace vellum

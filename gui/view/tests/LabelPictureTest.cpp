@@ -1,6 +1,7 @@
 // Labels seen through the offscreen renderer: orange text at its anchor that reads left to
-// right and upright from every standard camera, even under an owner turned half round; and
-// no text in a picking pass, in the light picture when small, or without a font.
+// right and upright from every standard camera, even under an owner turned half round, the
+// same drawn alone (glyph by glyph) as gathered with a scene's other texts; and no text in a
+// picking pass, in the light picture when small, or without a font.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -111,6 +112,26 @@ TEST_F(LabelPicture, ReadsLeftToRightAndUprightFromEveryCamera) {
         EXPECT_NEAR(ink.bottom, kHeight / 2.0, 3);
         EXPECT_LT(ink.top, kHeight / 2 - 20);
     }
+}
+
+TEST_F(LabelPicture, DrawnAloneItLooksAsGatheredWithTheScene) {
+    const auto scene = labelledSphere("Wig 12", 1.5, m_font);
+    const Ink gathered = orangeInk(draw(*scene, "perspective"));
+
+    TPXcamera camera = *TPXcamera::standard("perspective");
+    camera.setViewport(kWidth, kHeight);
+    m_renderer.drawFrame(nullptr, camera, kWidth, kHeight);
+    TPXdrawContext alone = m_renderer.context(camera, kHeight);
+    ASSERT_EQ(alone.texts, nullptr);
+    scene->firstChild()->drawSelf(alone);
+    const Ink drawn = orangeInk(m_offscreen->read());
+
+    ASSERT_GT(gathered.count, 300);
+    EXPECT_NEAR(drawn.count, gathered.count, gathered.count / 20);
+    EXPECT_NEAR(drawn.left, gathered.left, 1);
+    EXPECT_NEAR(drawn.right, gathered.right, 1);
+    EXPECT_NEAR(drawn.top, gathered.top, 1);
+    EXPECT_NEAR(drawn.bottom, gathered.bottom, 1);
 }
 
 TEST_F(LabelPicture, IsLeftOutOfPickingOfSmallLightPicturesAndWithoutAFont) {
