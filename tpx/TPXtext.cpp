@@ -20,23 +20,39 @@ void TPXtext::setText(std::string text) {
     m_em = m_font ? m_font->width(m_text) : 0.0;
 }
 
-double TPXtext::pixelsHigh(const TPXdrawContext& context, const TPXp3& anchor) const {
+TPXp3 TPXtext::anchor() const {
+    TPXp3 p;
+    for (const TPXnode* node = this; node; node = node->parent()) {
+        const TPXplacement& placement = node->placement();
+        const TPXp3 local = p - placement.pivot;
+        const TPXp3 scaled(local.x() * placement.scale.x(), local.y() * placement.scale.y(),
+                           local.z() * placement.scale.z());
+        const TPXrotation r = placement.orientation.toRotation();
+        TPXp3 turned;
+        for (int row = 0; row < 3; ++row)
+            turned[row] = r[row][0] * scaled.x() + r[row][1] * scaled.y() + r[row][2] * scaled.z();
+        p = placement.position + placement.pivot + turned;
+    }
+    return p;
+}
+
+double TPXtext::pixelsHigh(const TPXdrawContext& context, const TPXp3& at) const {
     const TPXp3 forward = context.viewerUp.cross(context.viewerRight);
-    const double depth = (anchor - context.viewerPosition).dot(forward);
+    const double depth = (at - context.viewerPosition).dot(forward);
     return depth > 0.0 ? m_size * context.pixelsPerUnit / depth : 0.0;
 }
 
 void TPXtext::drawSelf(TPXdrawContext& context) const {
     if (context.picking || !m_font || m_text.empty())
         return;
-    const TPXp3 anchor = TPXtransformPoint(worldMatrix(), TPXp3());
-    if (context.light && pixelsHigh(context, anchor) < lightMinimumPixels)
+    const TPXp3 origin = anchor();
+    if (context.light && pixelsHigh(context, origin) < lightMinimumPixels)
         return;
     // The picture's right and up at the anchor, one em long: the text lies in the plane of the
     // picture, read left to right, whichever way the camera looks.
     const TPXp3 right = context.viewerRight * m_size;
     const TPXp3 up = context.viewerUp * m_size;
-    const TPXp3 start = anchor - right * (m_em / 2.0);
+    const TPXp3 start = origin - right * (m_em / 2.0);
     if (context.texts) {
         context.texts->add(*m_font, TPXtextRun{m_text, start, right, up, m_colour});
         return;

@@ -35,6 +35,10 @@ class TPXtext : public TPXnode {
     void setColour(const TPXrgb& colour) { m_colour = colour; }
     // The text's width in world units (0 without a font).
     double width() const { return m_size * m_em; }
+    // Where the text stands in the world: this node's origin taken through its own and its
+    // ancestors' placements (what worldMatrix() gives, without composing matrices, which would
+    // cost more than drawing the text).
+    TPXp3 anchor() const;
 
     // Draws the text as described above, or hands it to context.texts when that is set;
     // nothing in a picking pass, without a font or text, or in the light picture when small.
@@ -43,9 +47,9 @@ class TPXtext : public TPXnode {
     void drawSelf(TPXdrawContext& context) const override;
 
   private:
-    // The height of one em on screen, in pixels, for the light picture's choice; the text's
-    // anchor is `anchor` (world space).
-    double pixelsHigh(const TPXdrawContext& context, const TPXp3& anchor) const;
+    // The height of one em on screen, in pixels, for the light picture's choice, with the text
+    // standing at `at` (world space).
+    double pixelsHigh(const TPXdrawContext& context, const TPXp3& at) const;
 
     std::string m_text;
     TPXref<TPXfont> m_font;

@@ -4,10 +4,12 @@
 
 #include <string>
 
+#include "TPXtestSupport.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 #include "tpx/TPXfont.h"
 #include "tpx/TPXtext.h"
+#include "tpx/TPXtransform.h"
 
 namespace vellum {
 namespace {
@@ -74,6 +76,20 @@ TEST(TPXfont, TheCacheKnowsAFontByItsBaseName) {
     EXPECT_EQ(cache.get("face.ttf", error).get(), first.get());
     EXPECT_EQ(labelFont(cache).get(), cache.get("/any/folder/VellumFont", error).get());
     EXPECT_NE(labelFont(cache).get(), first.get());
+}
+
+TEST(TPXtext, StandsWhereItsWorldMatrixTakesItsOrigin) {
+    // Turned, scaled and pivoted on two levels, as a label under an edge under a group.
+    TPXnode group(TPXkind::Widget, "group");
+    group.setPlacement({TPXp3(1, 2, 3), TPXquaternion::fromAngles(TPXp3(10, 20, 30)),
+                        TPXp3(2, 0.5, 1), TPXp3(0.5, 0, -1)});
+    TPXnode* owner = group.adopt(std::make_unique<TPXnode>(TPXkind::EdgeObject, "edge"));
+    owner->setPlacement({TPXp3(-1, 0, 4), TPXquaternion::fromAngles(TPXp3(0, 90, 45)),
+                         TPXp3(1, 3, 1), TPXp3(0, 1, 0)});
+    auto* label = static_cast<TPXtext*>(owner->adopt(std::make_unique<TPXtext>(
+        TPXtext::labelName, "e", TPXref<TPXfont>(), 0.4, TPXrgb{1, 0.5, 0})));
+    label->setPosition(TPXp3(0.2, 0.5, -0.3));
+    EXPECT_TRUE(test::near(label->anchor(), TPXtransformPoint(label->worldMatrix(), TPXp3())));
 }
 
 struct MissingRow {

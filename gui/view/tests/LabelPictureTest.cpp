@@ -1,5 +1,5 @@
 // Labels seen through the offscreen renderer: orange text at its anchor that reads left to
-// right and upright from every standard camera, even under an owner turned half round, the
+// right and upright from every standard camera, even under a turned and scaled owner, the
 // same drawn alone (glyph by glyph) as gathered with a scene's other texts; and no text in a
 // picking pass, in the light picture when small, or without a font.
 #include <gtest/gtest.h>
@@ -69,18 +69,20 @@ class LabelPicture : public ::testing::Test {
         ASSERT_TRUE(m_font) << error;
     }
 
-    // An azure sphere turned half round about y, its label's anchor at the world origin, where
-    // every standard camera looks.
+    // An azure sphere below the world origin, where every standard camera looks, turned a
+    // quarter round about z and halved, and its label's anchor at the origin; neither turn nor
+    // scale may reach the text.
     std::unique_ptr<TPXnode> labelledSphere(const std::string& text, double size,
                                             TPXref<TPXfont> font) const {
         auto owner = std::make_unique<TPXnode>(TPXkind::ModelObject, "vertex");
         owner->setGeometry(TPXsphere(TPXdefaults::slices, TPXdefaults::stacks, TPXdefaults::radius,
                                      TPXmaterial::plain({0, 0.5, 1})));
         owner->setPosition(TPXp3(0, -0.6, 0));
-        owner->setOrientation(TPXquaternion::fromAxisAngle(TPXp3(0, 1, 0), 180));
+        owner->setOrientation(TPXquaternion::fromAxisAngle(TPXp3(0, 0, 1), 90));
+        owner->setScale(TPXp3(0.5, 0.5, 0.5));
         owner->setIdentity(1);
         auto label = std::make_unique<TPXtext>(TPXtext::labelName, text, font, size, kOrange);
-        label->setPosition(TPXp3(0, 0.6, 0));
+        label->setPosition(TPXp3(1.2, 0, 0));
         owner->adopt(std::move(label));
         return owner;
     }
