@@ -21,8 +21,8 @@ struct PictureOptions {
 };
 
 // The picture of `graph` (shown as a scene; relative model names are looked up in
-// `modelFolder`; a graph in which no vertex has a position is set out on a circle); none, with the reason in `error`, when no OpenGL context can be had or the
-// camera name is unknown.
+// `modelFolder`; a graph in which no vertex has a position is set out on a circle); none, with the
+// reason in `error`, when no OpenGL context can be had or the camera name is unknown.
 std::optional<TPXimage> graphPicture(DirectedGraph& graph, const std::string& modelFolder,
                                      const PictureOptions& options, std::string& error);
 
