@@ -108,11 +108,18 @@ void sendVertex(const TPXp3& position, const TPXp3& normal, const TexturePlane* 
     glVertex3d(position.x(), position.y(), position.z());
 }
 
-void sendCorners(const TPXgeometry& geometry, const TPXpolygon& polygon,
+// A vertex whose file gave it no normal (the zero vector) is lit with the face it belongs to;
+// a zero normal would leave it unlit, almost black.
+const TPXp3& litNormal(const TPXvertex& vertex, const TPXp3& faceNormal) {
+    const TPXp3& n = vertex.normal;
+    return n.x() == 0.0 && n.y() == 0.0 && n.z() == 0.0 ? faceNormal : n;
+}
+
+void sendCorners(const TPXgeometry& geometry, const TPXpolygon& polygon, const TPXp3& faceNormal,
                  const TexturePlane* plane) {
     for (int corner : polygon.corners())
         if (const TPXvertex* v = vertexOf(geometry, corner))
-            sendVertex(v->position, v->normal, plane);
+            sendVertex(v->position, litNormal(*v, faceNormal), plane);
 }
 
 // The GLU tessellator for one compilation (RAII). Its edge-flag callback makes GLU send plain
@@ -148,8 +155,10 @@ class Tessellator {
         m_corners.clear();
         for (int corner : polygon.corners())
             if (const TPXvertex* v = vertexOf(geometry, corner))
-                m_corners.push_back(
-                    {{v->position.x(), v->position.y(), v->position.z()}, v->normal, plane, this});
+                m_corners.push_back({{v->position.x(), v->position.y(), v->position.z()},
+                                     litNormal(*v, normal),
+                                     plane,
+                                     this});
         // Given the normal, GLU turns every triangle counter-clockwise round it, as the polygon.
         gluTessNormal(m_tess, normal.x(), normal.y(), normal.z());
         gluBeginPolygon(m_tess);
@@ -209,7 +218,7 @@ class Tessellator {
 void drawOutline(const TPXgeometry& geometry) {
     for (const TPXpolygon& polygon : geometry.polygons()) {
         glBegin(GL_LINE_LOOP);
-        sendCorners(geometry, polygon, nullptr);
+        sendCorners(geometry, polygon, cornerNormal(geometry, polygon), nullptr);
         glEnd();
     }
 }
@@ -235,7 +244,7 @@ void drawPolygon(const TPXgeometry& geometry, const TPXpolygon& polygon, const P
     if (plan.tessellated && tessellator.draw(geometry, polygon, plan.normal, mapping))
         return;
     glBegin(plan.mode);
-    sendCorners(geometry, polygon, mapping);
+    sendCorners(geometry, polygon, plan.normal, mapping);
     glEnd();
 }
 

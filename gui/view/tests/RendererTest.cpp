@@ -30,14 +30,15 @@ constexpr int kOff = 23;
 
 const std::vector<std::pair<double, double>> kSquare = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
 
-// One flat polygon facing +z, its corners (x, y) scaled by `scale`.
+// One flat polygon facing +z, its corners (x, y) scaled by `scale`, with the given vertex normal.
 TPXref<TPXgeometry> flatPolygon(const std::vector<std::pair<double, double>>& corners, double scale,
-                                TPXref<TPXmaterial> material) {
+                                TPXref<TPXmaterial> material,
+                                const TPXp3& vertexNormal = TPXp3(0, 0, 1)) {
     TPXref<TPXgeometry> geometry(new TPXgeometry("polygon"));
     TPXpolygon polygon(static_cast<int>(corners.size()));
     for (std::size_t i = 0; i < corners.size(); ++i) {
         geometry->vertices().push_back(
-            {TPXp3(corners[i].first * scale, corners[i].second * scale, 0), TPXp3(0, 0, 1)});
+            {TPXp3(corners[i].first * scale, corners[i].second * scale, 0), vertexNormal});
         polygon.setCorner(static_cast<int>(i), static_cast<int>(i));
     }
     polygon.setNormal(TPXp3(0, 0, 1));
@@ -201,6 +202,26 @@ TEST_F(Renderer, ConcavePolygonFillsItsShapeButNotItsNotch) {
         }
         for (auto [x, y] : {std::pair{-0.5, -0.5}, std::pair{0.5, -0.5}, std::pair{-0.5, 0.5}})
             EXPECT_GT(at(image, x, y).r, 100) << x << "," << y << " is not filled";
+    }
+}
+
+TEST_F(Renderer, VerticesWithoutNormalsAreLitLikeTheirFace) {
+    // Model files may give no normals; their vertices then hold the zero vector. A square takes
+    // the plain path, an L with a notch the tessellator's.
+    const std::vector<std::pair<double, double>> ell = {{1, -1}, {1, 0},  {0, 0},
+                                                        {0, 1},  {-1, 1}, {-1, -1}};
+    for (const auto* corners : {&kSquare, &ell}) {
+        int brightness[2] = {0, 0};
+        for (int zero = 0; zero < 2; ++zero) {
+            TestScene scene;
+            scene.add(flatPolygon(*corners, 3, TPXmaterial::plain({1, 1, 1}),
+                                  zero ? TPXp3() : TPXp3(0, 0, 1)),
+                      {0, 0, 0});
+            const Rgb p = pixelAt(draw(scene.first(), "front"), kCentre - 20, kCentre + 20);
+            brightness[zero] = p.r + p.g + p.b;
+        }
+        EXPECT_GT(brightness[0], 3 * 150);
+        EXPECT_NEAR(brightness[1], brightness[0], 6) << corners->size() << " corners";
     }
 }
 
