@@ -8,15 +8,18 @@ if(VELLUM_SANITIZE STREQUAL "address")
     target_compile_options(vellum_build_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(vellum_build_flags INTERFACE -fsanitize=address,undefined)
-    # Every program (tests, vellum-cli, benchmarks) carries the leak checker's suppressions of
-    # the software GL driver, since any of them may draw offscreen.
-    target_sources(vellum_build_flags INTERFACE
-        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/LeakSuppressions.cpp>)
 elseif(VELLUM_SANITIZE STREQUAL "thread")
     target_compile_options(vellum_build_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
     target_link_options(vellum_build_flags INTERFACE -fsanitize=thread)
 elseif(NOT VELLUM_SANITIZE STREQUAL "")
     message(FATAL_ERROR "VELLUM_SANITIZE must be empty, 'address' or 'thread'")
+endif()
+
+# Every program of a sanitizer build carries the sanitizers' suppressions of libraries that are
+# not Vellum's (cmake/SanitizerDefaults.cpp).
+if(NOT VELLUM_SANITIZE STREQUAL "")
+    target_sources(vellum_build_flags INTERFACE
+        $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/cmake/SanitizerDefaults.cpp>)
 endif()
 
 # Fuzzing: every library carries libFuzzer's coverage instrumentation and the sanitizers that
