@@ -9,6 +9,7 @@
 #include <limits>
 #include <utility>
 
+#include "tpx/TPXflatBatch.h"
 #include "tpx/TPXnode.h"
 #include "tpx/TPXstandIns.h"
 #include "tpx/TPXtext.h"
@@ -56,6 +57,15 @@ struct Mat4 {
 
 // T(position + pivot) * R * S * T(-pivot), as TPXplacement::matrix() composes it.
 Mat4 placementMatrix(const TPXplacement& p) {
+    // Most nodes of a graph's scene are only moved (labels, edges, unturned vertices): their
+    // matrix is a translation, without the rotation's square root and products.
+    if (p.onlyMoves()) {
+        Mat4 result = Mat4::identity();
+        result.m[12] = p.position.x();
+        result.m[13] = p.position.y();
+        result.m[14] = p.position.z();
+        return result;
+    }
     const TPXrotation r = p.orientation.toRotation();
     Mat4 result = Mat4::identity();
     for (int row = 0; row < 3; ++row) {
@@ -78,18 +88,25 @@ std::array<std::array<double, 4>, 8> corners(const TPXboundingBox& box, const Ma
     return result;
 }
 
-// Whether the box, taken to clip space by `m`, lies wholly outside one of the six clip planes.
-bool outside(const TPXboundingBox& box, const Mat4& m) {
-    const auto clip = corners(box, m);
+// Whether the points, in clip space, all lie outside one of the six clip planes.
+template <std::size_t N>
+bool allBeyondOnePlane(const std::array<std::array<double, 4>, N>& clip) {
     for (int axis = 0; axis < 3; ++axis)
         for (double side : {-1.0, 1.0}) {
             bool allOut = true;
+            // With a margin: OpenGL clips in single precision, and what lies on a plane (a
+            // flat graph seen edge-on) may count as inside for it.
             for (const auto& c : clip)
-                allOut = allOut && side * c[axis] > c[3];
+                allOut = allOut && side * c[axis] > c[3] + 1e-5 * std::abs(c[3]) + 1e-9;
             if (allOut)
                 return true;
         }
     return false;
+}
+
+// Whether the box, taken to clip space by `m`, lies wholly outside one of the six clip planes.
+bool outside(const TPXboundingBox& box, const Mat4& m) {
+    return allBeyondOnePlane(corners(box, m));
 }
 
 // About how many pixels the box spans on screen, `eye` taking it to eye space.
@@ -161,6 +178,9 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
     const Mat4 view = Mat4::of(context.view);
     const std::optional<Mat4> clip =
         context.clip ? std::optional<Mat4>(Mat4::of(*context.clip)) : std::nullopt;
+    const std::optional<std::array<double, 16>> outerWorldToClip = context.worldToClip;
+    context.worldToClip =
+        clip ? std::optional<std::array<double, 16>>((*clip * view).m) : std::nullopt;
     std::uint32_t loadedName = 0;
     TPXstandIns standIns;
     TPXstandIns* const outer = context.standIns;
@@ -168,10 +188,13 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
         context.standIns = &standIns;
     TPXtextBatch texts;
     TPXtextBatch* const outerTexts = std::exchange(context.texts, &texts);
+    TPXflatBatch flat(context.view);
+    TPXflatBatch* const outerFlat = std::exchange(context.flat, context.picking ? nullptr : &flat);
     glMatrixMode(GL_MODELVIEW);
     walk(first, [&](const TPXnode& node, const Mat4& world, std::uint32_t identity) {
-        if (context.picking && identity == 0)
-            return;  // nothing to report: it must not hide what lies behind it
+        if (context.picking && (identity == 0 || node.kind() == TPXkind::Text))
+            return;  // nothing to report (it must not hide what lies behind it), or texts,
+                     // which are never picked
         const Mat4 eye = view * world;
         const std::optional<TPXboundingBox> bounds = node.drawnBounds();
         if (bounds && clip && outside(*bounds, *clip * eye))
@@ -190,8 +213,21 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
     context.nodePixels = -1.0;
     context.standIns = outer;
     context.texts = outerTexts;
+    context.flat = outerFlat;
+    context.worldToClip = outerWorldToClip;
+    flat.draw();
     standIns.draw();
     texts.draw(context);
+}
+
+bool TPXsegmentMayShow(const std::array<double, 16>& worldToClip, const TPXp3& a, const TPXp3& b) {
+    const Mat4 m{worldToClip};
+    return !allBeyondOnePlane(std::array<std::array<double, 4>, 2>{m.apply(a.x(), a.y(), a.z()),
+                                                                   m.apply(b.x(), b.y(), b.z())});
+}
+
+bool TPXboxMayShow(const std::array<double, 16>& worldToClip, const TPXboundingBox& box) {
+    return !outside(box, Mat4{worldToClip});
 }
 
 TPXboundingBox TPXsceneBounds(const TPXnode* first) {

@@ -4,6 +4,7 @@
 // Every function here needs a current GL context.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "tpx/TPXdrawContext.h"
@@ -21,10 +22,17 @@ class TPXnode;
 // its identity (or its nearest ancestor's) as the selection name, and skips a node that has
 // none; then calls drawSelf. Nodes whose drawnBounds lie outside context.clip are not drawn
 // (their children still are). In the light picture sets context.nodePixels for each node and
-// draws the stand-ins of small geometries together after the walk (TPXstandIns). Texts are
-// gathered and drawn together last (TPXtextBatch).
+// draws the stand-ins of small geometries together after the walk (TPXstandIns). Unlit lines
+// and shapes (TPXflatBatch, not in a picking pass) and then texts (TPXtextBatch) are gathered
+// and drawn together last.
 // Leaves the model-view matrix changed. Chains of any length take no stack depth.
 void TPXdrawScene(const TPXnode* first, TPXdrawContext& context);
+
+// Whether the segment from `a` to `b` (world space) may show through `worldToClip` (projection
+// times view, column by column): false only when both ends lie beyond one plane of the view.
+bool TPXsegmentMayShow(const std::array<double, 16>& worldToClip, const TPXp3& a, const TPXp3& b);
+// The same for a box in world space: false only when all its corners lie beyond one plane.
+bool TPXboxMayShow(const std::array<double, 16>& worldToClip, const TPXboundingBox& box);
 
 // The box in world space round the drawn bounds of every node of the scene (as above); empty
 // when no node has any.

@@ -5,6 +5,7 @@
 
 #include <GL/gl.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -15,6 +16,7 @@
 
 namespace vellum {
 
+class TPXflatBatch;
 class TPXstandIns;
 class TPXtextBatch;
 
@@ -43,6 +45,9 @@ struct TPXdrawContext {
     // The projection (eye to clip space) of the picture or pick region; when set, the scene
     // drawing skips nodes whose bounds lie wholly outside it.
     std::optional<TPXmatrix> clip;
+    // clip * view, column by column, set by the scene drawing while clip is set: objects that
+    // draw in world space (edges) test with it which of their parts can show.
+    std::optional<std::array<double, 16>> worldToClip;
     // Set by the scene drawing for each node before it draws itself: about how many pixels its
     // geometry's box spans on screen, in the light picture only; negative when not known.
     double nodePixels = -1.0;
@@ -52,6 +57,10 @@ struct TPXdrawContext {
     // Where texts go while a scene is drawn, to be drawn together after its other objects (set
     // by the scene drawing); null: each text draws at once.
     TPXtextBatch* texts = nullptr;
+    // Where unlit lines and shapes in world space go while a scene is drawn (edges and their
+    // arrowheads), to be drawn together after its other objects; null in a picking pass, where
+    // each object must draw under its own selection name.
+    TPXflatBatch* flat = nullptr;
     // Counts frames, so that things that move on their own (an edge's dashes) can step once
     // per frame.
     std::uint64_t frame = 0;

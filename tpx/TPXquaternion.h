@@ -29,6 +29,9 @@ class TPXquaternion {
 
     double& operator[](int c);
     double operator[](int c) const;
+    bool isIdentity() const {
+        return m_q[0] == 0.0 && m_q[1] == 0.0 && m_q[2] == 0.0 && m_q[3] == 1.0;
+    }
 
     // Angles in degrees about x, then y, then z; x and z in (-180, 180], y in [-90, 90]. At
     // y = +-90 the z angle is 0 and x carries the whole turn.

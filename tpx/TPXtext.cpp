@@ -24,6 +24,10 @@ TPXp3 TPXtext::anchor() const {
     TPXp3 p;
     for (const TPXnode* node = this; node; node = node->parent()) {
         const TPXplacement& placement = node->placement();
+        if (placement.onlyMoves()) {
+            p += placement.position;
+            continue;
+        }
         const TPXp3 local = p - placement.pivot;
         const TPXp3 scaled(local.x() * placement.scale.x(), local.y() * placement.scale.y(),
                            local.z() * placement.scale.z());

@@ -31,6 +31,10 @@ struct TPXplacement {
     TPXp3 pivot;
 
     TPXmatrix matrix() const;
+    // Whether the placement only moves (no turn, no scale): its matrix is T(position).
+    bool onlyMoves() const {
+        return orientation.isIdentity() && scale.x() == 1.0 && scale.y() == 1.0 && scale.z() == 1.0;
+    }
     // The placement with this pivot whose matrix is `m`. Exact for transforms without shear
     // (any mix of rotations, translations and uniform scales, or axis scales not combined with
     // turned parents); a transform that flattens an axis gives the identity orientation.

@@ -1,10 +1,14 @@
 // GraphEdgeObject: an edge of a graph shown as a scene node of kind 8, a line from its source
 // object to its target object, bent aside when parallel edges join the same two vertices, with
 // arrowheads that show its direction. Its own placement is the middle of the line, so that a
-// label child sits there; the scene moves it when an end moves (followEnds).
+// label child sits there. The line's shape is worked out when the ends or the bend change
+// (followEnds), not while drawing: whoever moves an end object calls followEnds. The line is
+// worked out in world space: the node's parent must not move it (the scene's edge group).
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 
 #include "tpx/TPXgeometry.h"
 #include "tpx/TPXmaterial.h"
@@ -38,15 +42,35 @@ class GraphEdgeObject : public TPXnode {
     // The pattern for the next use: rotated left by one bit, the top bit moving to bit 0.
     std::uint16_t nextStipplePattern() const;
 
-    // Moves this node to the point the line passes half way, after an end moved.
+    // Takes the ends' places anew after an end moved: moves this node to the point the line
+    // passes half way and places the arrowheads.
     void followEnds();
-    // The point of the line at t in 0..1, in world space (the bend applies most at 0.5).
+    // The point of the line at t in 0..1, in world space (the bend applies most at 0.5), as of
+    // the last followEnds.
     TPXp3 pointAt(double t) const;
 
     void drawSelf(TPXdrawContext& context) const override;
+    // The line and its arrowheads, so that drawing and picking skip edges out of view.
+    std::optional<TPXboundingBox> drawnBounds() const override { return m_bounds; }
 
   private:
-    void drawLine(const TPXdrawContext& context) const;
+    // An arrowhead's transform in world space, column by column.
+    struct Arrowhead {
+        std::array<float, 16> matrix;
+        bool middle;  // the extra head of a long edge, left out of the light picture
+    };
+
+    static constexpr int curveSteps = 12;  // segments of a bent edge or loop
+
+    void placeArrowheads();
+    bool straight() const;
+    // The points of the line in world space; returns how many.
+    int linePoints(std::array<TPXp3, curveSteps + 1>& points) const;
+    // Whether some part of the edge may show through `worldToClip` (TPXdrawContext).
+    bool mayShow(const std::array<double, 16>& worldToClip) const;
+    // Hands the line and the heads to the scene's shared draw (context.flat).
+    void gather(const TPXdrawContext& context) const;
+    void drawLine() const;
     void drawArrowheads(TPXdrawContext& context) const;
 
     const TPXnode* m_source;
@@ -55,6 +79,16 @@ class GraphEdgeObject : public TPXnode {
     TPXrgb m_colour{1, 0, 0};
     double m_opacity = 1.0;
     TPXp3 m_bend;
+    // Of the last followEnds: the ends' centres in world space, the bend as a world-space
+    // offset, the ends' rough radii, the heads and the box round everything drawn.
+    TPXp3 m_from;
+    TPXp3 m_to;
+    TPXp3 m_offset;
+    double m_sourceRadius = 0.0;
+    double m_targetRadius = 0.0;
+    std::array<Arrowhead, 2> m_heads{};
+    int m_headCount = 0;
+    TPXboundingBox m_bounds;
     double m_width = 2.0;
     bool m_highlighted = false;
     mutable std::uint16_t m_pattern = 0x0F0F;

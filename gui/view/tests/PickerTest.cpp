@@ -7,6 +7,10 @@
 #include <optional>
 #include <vector>
 
+#include <random>
+
+#include "graph/VectorAttribute.h"
+#include "gui/view/GraphScene.h"
 #include "gui/view/TPXpicker.h"
 #include "gui/view/tests/OffscreenFixture.h"
 
@@ -118,6 +122,46 @@ TEST_F(Picker, PassDrawingOnlyWhatMeetsTheRegionHasTheSameHits) {
             }
     }
     EXPECT_GT(hits, 20) << "too few picks met anything to compare";
+}
+
+TEST_F(Picker, CulledPassFindsTheSameEdgesLongBentAndLooped) {
+    // Edges are culled by their segments, not their box: a long edge's box meets most pick
+    // regions, its line few. Random ends, parallel edges (bent) and loops.
+    DirectedGraph graph;
+    std::vector<DirectedGraphVertex*> vertices;
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> coordinate(-3.0, 3.0);
+    for (int i = 0; i < 10; ++i) {
+        vertices.push_back(graph.createVertex());
+        vertices.back()->addAttribute(std::make_unique<VectorAttribute>(
+            "position", std::vector<double>{coordinate(random), coordinate(random), 0.0}));
+    }
+    std::uniform_int_distribution<std::size_t> end(0, vertices.size() - 1);
+    for (int i = 0; i < 14; ++i) {
+        DirectedGraphVertex* from = vertices[end(random)];
+        graph.createEdge(from, i % 5 == 0 ? from : vertices[end(random)]);
+    }
+    graph.createEdge(vertices[0], vertices[1]);
+    graph.createEdge(vertices[1], vertices[0]);
+    GraphScene scene;
+    scene.build(graph);
+    int edgeHits = 0;
+    for (const std::string& name : TPXcamera::standardNames()) {
+        camera = *TPXcamera::standard(name);
+        camera.setViewport(kSize, kSize);
+        camera.fit(scene.bounds());
+        for (int y = 2; y < kSize; y += 3)
+            for (int x = 2; x < kSize; x += 3) {
+                const auto culled = picker.pick(renderer, scene.root(), camera, x, y, true);
+                const std::vector<TPXhitRecord> culledRecords = picker.records();
+                const auto full = picker.pick(renderer, scene.root(), camera, x, y, false);
+                ASSERT_EQ(culled, full) << name << " at " << x << "," << y;
+                ASSERT_EQ(culledRecords, picker.records()) << name << " at " << x << "," << y;
+                const GraphObject* element = culled ? scene.elementOf(*culled) : nullptr;
+                edgeHits += element && element->kind() == GraphObjectKind::Edge;
+            }
+    }
+    EXPECT_GT(edgeHits, 30) << "too few picks met an edge to compare";
 }
 
 TEST_F(Picker, RayThroughAWindowPointPassesThroughWhatIsDrawnThere) {
