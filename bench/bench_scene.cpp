@@ -1,6 +1,6 @@
-// bench_scene [VERTICES...]: graphs as 3D scenes, for graphs of 10^3, 10^4 and 10^5 vertices
-// (or the sizes given) with twice as many edges between random ends, every element labelled,
-// the vertices on a 3D grid. For each size it prints, beside the targets:
+// bench_scene [--only light|exact|pick] [--near] [VERTICES...]: graphs as 3D scenes, for graphs of
+// 10^3, 10^4 and 10^5 vertices (or the sizes given) with twice as many edges between random ends,
+// every element labelled, the vertices on a 3D grid. For each size it prints, beside the targets:
 // - the time to build the scene and the scene's memory per element (resident and heap);
 // - the time of an incremental update after a step that changed ten elements;
 // - offscreen frames per second at 1024x768 through the perspective camera fitted to the whole
@@ -8,6 +8,10 @@
 //   triangles and the edges as lines (the renderer's practical limit), ours as a ratio of it;
 // - frames per second of the light picture drawn while the camera moves;
 // - the time per pick, with the selection pass culled to the pick region and without.
+// --only measures one kind of frame (after the builds), for a profiler to see it alone.
+// --near joins each edge's ends as neighbours on the grid instead of at random: the random
+// graph's long lines cross the whole picture and cost most of its pixels, a laid-out graph's
+// lines are short.
 #define GL_GLEXT_PROTOTYPES 1
 
 #include <GL/gl.h>
@@ -85,7 +89,17 @@ TPXp3 gridPoint(std::size_t i, std::size_t side) {
            kSpacing;
 }
 
-void makeGraph(TestGraph& g, std::size_t vertexCount, std::mt19937& random) {
+// The vertex next to `i` on the grid along a random axis and direction (back when the grid ends).
+std::size_t neighbour(std::size_t i, std::size_t side, std::size_t count, std::mt19937& random) {
+    const std::size_t steps[3] = {1, side, side * side};
+    const std::size_t step = steps[random() % 3];
+    const bool up = random() % 2 == 0;
+    if ((up && i + step < count) || i < step)
+        return std::min(i + step, count - 1);
+    return i - step;
+}
+
+void makeGraph(TestGraph& g, std::size_t vertexCount, std::mt19937& random, bool near) {
     const auto side = static_cast<std::size_t>(std::ceil(std::cbrt(double(vertexCount)) - 1e-9));
     for (std::size_t i = 0; i < vertexCount; ++i) {
         DirectedGraphVertex* v = g.graph.createVertex();
@@ -97,8 +111,9 @@ void makeGraph(TestGraph& g, std::size_t vertexCount, std::mt19937& random) {
     }
     std::uniform_int_distribution<std::size_t> pick(0, vertexCount - 1);
     for (std::size_t i = 0; i < 2 * vertexCount; ++i) {
-        DirectedGraphEdge* e =
-            g.graph.createEdge(g.vertices[pick(random)], g.vertices[pick(random)]);
+        const std::size_t from = pick(random);
+        const std::size_t to = near ? neighbour(from, side, vertexCount, random) : pick(random);
+        DirectedGraphEdge* e = g.graph.createEdge(g.vertices[from], g.vertices[to]);
         e->setLabel("e" + std::to_string(i));
         g.edges.push_back(e);
     }
@@ -174,7 +189,8 @@ void measureUpdates(GraphScene& scene, TestGraph& g, std::mt19937& random) {
 
 // The frames per second of `draw`, after a warm-up frame; 0 when that frame took longer than
 // kSkipSeconds (then `warmUp` holds its time).
-double framesPerSecond(const std::function<void()>& draw, double& warmUp) {
+double framesPerSecond(const std::function<void()>& draw, double& warmUp,
+                       int maxFrames = kMaxFrames) {
     Clock::time_point start = Clock::now();
     draw();
     warmUp = secondsSince(start);
@@ -182,7 +198,7 @@ double framesPerSecond(const std::function<void()>& draw, double& warmUp) {
         return 0.0;
     start = Clock::now();
     int frames = 0;
-    while (frames < 2 || (frames < kMaxFrames && secondsSince(start) < kFrameBudget)) {
+    while (frames < 2 || (frames < maxFrames && secondsSince(start) < kFrameBudget)) {
         draw();
         ++frames;
     }
@@ -307,8 +323,15 @@ void printFrames(const char* what, double fps, double warmUp, const char* target
 
 // 3 and 4. The exact picture against the vertex-buffer loop, then the light picture.
 void measureFrames(const GraphScene& scene, const TestGraph& g, vellum::TPXrenderer& renderer,
-                   const vellum::TPXcamera& camera) {
+                   const vellum::TPXcamera& camera, const std::string& only) {
     double warmUp = 0.0;
+    if (only == "light" || only == "exact") {
+        const double fps = framesPerSecond(
+            [&] { renderer.drawFrame(scene.root(), camera, kWidth, kHeight, only == "light"); },
+            warmUp, 1000);
+        printFrames(only == "light" ? "light picture" : "exact picture", fps, warmUp, "");
+        return;
+    }
     const double exact = framesPerSecond(
         [&] { renderer.drawFrame(scene.root(), camera, kWidth, kHeight, false); }, warmUp);
     printFrames("exact picture", exact, warmUp, "");
@@ -360,12 +383,13 @@ void measurePicking(const GraphScene& scene, vellum::TPXrenderer& renderer,
     }
 }
 
-void runSize(std::size_t vertexCount, vellum::TPXrenderer& renderer) {
+void runSize(std::size_t vertexCount, vellum::TPXrenderer& renderer, const std::string& only,
+             bool near) {
     std::mt19937 random(20240613);
     auto g = std::make_unique<TestGraph>();
-    makeGraph(*g, vertexCount, random);
-    std::printf("\n%zu vertices, %zu edges, every element labelled\n", g->vertices.size(),
-                g->edges.size());
+    makeGraph(*g, vertexCount, random, near);
+    std::printf("\n%zu vertices, %zu edges %s, every element labelled\n", g->vertices.size(),
+                g->edges.size(), near ? "between grid neighbours" : "between random vertices");
 
     // The first build also adds the attributes a shown vertex carries to the graph; a second
     // scene of the same graph costs the scene alone.
@@ -379,13 +403,16 @@ void runSize(std::size_t vertexCount, vellum::TPXrenderer& renderer) {
                           someObject->firstChild()->name() == GraphScene::labelName;
     std::printf("  labels %s\n", labelled ? "shown" : "NOT shown (no font found)");
 
-    measureUpdates(scene, *g, random);
+    if (only.empty())
+        measureUpdates(scene, *g, random);
 
     vellum::TPXcamera camera = *vellum::TPXcamera::standard("perspective");
     camera.setViewport(kWidth, kHeight);
     camera.fit(scene.bounds());
-    measureFrames(scene, *g, renderer, camera);
-    measurePicking(scene, renderer, camera);
+    if (only != "pick")
+        measureFrames(scene, *g, renderer, camera, only);
+    if (only.empty() || only == "pick")
+        measurePicking(scene, renderer, camera);
 }
 
 }  // namespace
@@ -393,18 +420,30 @@ void runSize(std::size_t vertexCount, vellum::TPXrenderer& renderer) {
 int main(int argc, char** argv) {
     // Line by line: a run takes minutes and is often watched through a pipe.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    std::vector<std::size_t> sizes = {1000, 10000, 100000};
-    if (argc > 1) {
-        sizes.clear();
-        for (int i = 1; i < argc; ++i) {
-            const long n = std::atol(argv[i]);
-            if (n < 1) {
-                std::fprintf(stderr, "usage: bench_scene [VERTICES...]\n");
-                return 2;
-            }
-            sizes.push_back(static_cast<std::size_t>(n));
+    std::vector<std::size_t> sizes;
+    std::string only;
+    bool near = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--near") {
+            near = true;
+            continue;
         }
+        if (argument == "--only" && i + 1 < argc) {
+            only = argv[++i];
+            if (only == "light" || only == "exact" || only == "pick")
+                continue;
+        }
+        const long n = std::atol(argv[i]);
+        if (n < 1 || (!only.empty() && only != "light" && only != "exact" && only != "pick")) {
+            std::fprintf(stderr,
+                         "usage: bench_scene [--only light|exact|pick] [--near] [VERTICES...]\n");
+            return 2;
+        }
+        sizes.push_back(static_cast<std::size_t>(n));
     }
+    if (sizes.empty())
+        sizes = {1000, 10000, 100000};
     std::string error;
     const auto context = vellum::TPXoffscreen::create(kWidth, kHeight, error);
     if (!context) {
@@ -418,6 +457,6 @@ int main(int argc, char** argv) {
                 reinterpret_cast<const char*>(glGetString(GL_RENDERER)), kWidth, kHeight);
     vellum::TPXrenderer renderer;
     for (std::size_t n : sizes)
-        runSize(n, renderer);
+        runSize(n, renderer, only, near);
     return 0;
 }

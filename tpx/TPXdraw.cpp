@@ -182,13 +182,16 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
     context.worldToClip =
         clip ? std::optional<std::array<double, 16>>((*clip * view).m) : std::nullopt;
     std::uint32_t loadedName = 0;
-    TPXstandIns standIns;
+    TPXbatches own;
+    TPXbatches& batches = context.batches ? *context.batches : own;
+    TPXstandIns& standIns = batches.standIns;
+    TPXtextBatch& texts = batches.texts;
+    TPXflatBatch& flat = batches.flat;
+    flat.setView(context.view);
     TPXstandIns* const outer = context.standIns;
     if (context.light && !context.picking)
         context.standIns = &standIns;
-    TPXtextBatch texts;
     TPXtextBatch* const outerTexts = std::exchange(context.texts, &texts);
-    TPXflatBatch flat(context.view);
     TPXflatBatch* const outerFlat = std::exchange(context.flat, context.picking ? nullptr : &flat);
     glMatrixMode(GL_MODELVIEW);
     walk(first, [&](const TPXnode& node, const Mat4& world, std::uint32_t identity) {

@@ -8,14 +8,24 @@
 #include <vector>
 
 #include "tpx/TPXdrawContext.h"
+#include "tpx/TPXflatBatch.h"
 #include "tpx/TPXgeometry.h"
 #include "tpx/TPXmaterial.h"
 #include "tpx/TPXmatrix.h"
 #include "tpx/TPXp3.h"
+#include "tpx/TPXstandIns.h"
+#include "tpx/TPXtext.h"
 
 namespace vellum {
 
 class TPXnode;
+
+// The batches of one scene drawing (see TPXdrawScene); empty between drawings.
+struct TPXbatches {
+    TPXstandIns standIns;
+    TPXflatBatch flat;
+    TPXtextBatch texts;
+};
 
 // Draws the scene whose top-level nodes are `first` and its next siblings, with their subtrees,
 // depth first. For each node: loads context.view * its world matrix; in a picking pass loads

@@ -17,6 +17,7 @@
 namespace vellum {
 
 class TPXflatBatch;
+struct TPXbatches;
 class TPXstandIns;
 class TPXtextBatch;
 
@@ -61,6 +62,10 @@ struct TPXdrawContext {
     // arrowheads), to be drawn together after its other objects; null in a picking pass, where
     // each object must draw under its own selection name.
     TPXflatBatch* flat = nullptr;
+    // Where the scene drawing keeps its stand-ins, flat batch and texts (TPXdraw.h) from frame to
+    // frame, so that their memory is not allocated anew for every frame; null: each drawing
+    // uses its own. Set by whoever draws many frames (the renderer).
+    TPXbatches* batches = nullptr;
     // Counts frames, so that things that move on their own (an edge's dashes) can step once
     // per frame.
     std::uint64_t frame = 0;

@@ -19,11 +19,13 @@ void pushColour(std::vector<float>& to, const TPXrgb& colour, double opacity, st
 
 }  // namespace
 
-TPXflatBatch::TPXflatBatch(const TPXmatrix& view) {
+TPXflatBatch::TPXflatBatch() {
+    m_view[0] = m_view[5] = m_view[10] = m_view[15] = 1.0;
+}
+
+void TPXflatBatch::setView(const TPXmatrix& view) {
     if (view.rows() == 4 && view.columns() == 4)
         std::copy(view.data(), view.data() + 16, m_view.begin());
-    else
-        m_view[0] = m_view[5] = m_view[10] = m_view[15] = 1.0;
 }
 
 TPXflatBatch::~TPXflatBatch() = default;
@@ -82,9 +84,10 @@ const std::vector<float>& TPXflatBatch::cornersOf(const TPXgeometry& shape) {
 
 void TPXflatBatch::addShape(const TPXgeometry& shape, const std::array<float, 16>& world,
                             const TPXrgb& colour, double opacity) {
+    // A chunk drawn forgets the shapes' triangles: look them up after it.
+    flushWhenFull(cornersOf(shape).size() / 3);
     const std::vector<float>& corners = cornersOf(shape);
     const std::size_t vertices = corners.size() / 3;
-    flushWhenFull(vertices);
     std::vector<float>& to = m_triangles.positions;
     for (std::size_t i = 0; i < corners.size(); i += 3) {
         const float x = corners[i], y = corners[i + 1], z = corners[i + 2];
@@ -155,6 +158,7 @@ void TPXflatBatch::draw() {
     }
     m_triangles.positions.clear();
     m_triangles.colours.clear();
+    m_shapes.clear();
     m_vertices = 0;
     m_blends = false;
 }

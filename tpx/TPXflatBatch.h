@@ -25,11 +25,13 @@ class TPXflatBatch {
     // Vertices gathered before a chunk is drawn.
     static constexpr std::size_t chunkVertices = 1 << 16;
 
-    // `view` is the camera's world-to-eye matrix, loaded while the batch draws.
-    explicit TPXflatBatch(const TPXmatrix& view);
+    TPXflatBatch();
     ~TPXflatBatch();
     TPXflatBatch(const TPXflatBatch&) = delete;
     TPXflatBatch& operator=(const TPXflatBatch&) = delete;
+
+    // The camera's world-to-eye matrix, loaded while the batch draws (the identity at first).
+    void setView(const TPXmatrix& view);
 
     // A line through `count` points (a strip), `width` pixels wide.
     void addLine(const TPXp3* points, int count, const TPXrgb& colour, double opacity,
@@ -43,7 +45,8 @@ class TPXflatBatch {
     void addTriangle(const TPXp3& a, const TPXp3& b, const TPXp3& c, const TPXrgb& colour,
                      double opacity);
 
-    // Draws what is left; a context must be current. Leaves every state as it was.
+    // Draws what is left; a context must be current. Leaves every state as it was. Keeps its
+    // memory for the next frame, but not the shapes' triangles: a shape may not outlive it.
     void draw();
 
   private:
@@ -68,7 +71,7 @@ class TPXflatBatch {
     Triangles m_triangles;
     std::size_t m_vertices = 0;  // gathered since the last chunk was drawn
     bool m_blends = false;       // something gathered is not opaque
-    // Each shape's triangles, their corners in its own space, worked out once per batch.
+    // Each shape's triangles, their corners in its own space, worked out once per chunk.
     std::unordered_map<const TPXgeometry*, std::vector<float>> m_shapes;
 };
 

@@ -34,6 +34,13 @@ TPXmatrix TPXnode::worldMatrix() const {
     return world;
 }
 
+TPXp3 TPXnode::worldPoint(const TPXp3& p) const {
+    TPXp3 result = p;
+    for (const TPXnode* node = this; node; node = node->m_parent)
+        result = node->m_placement.transform(result);
+    return result;
+}
+
 TPXkeep TPXnode::effective(TPXkeep keep) const {
     return m_kind == TPXkind::KeepsPlace ? TPXkeep::World : keep;
 }
@@ -41,28 +48,32 @@ TPXkeep TPXnode::effective(TPXkeep keep) const {
 TPXnode* TPXnode::adopt(std::unique_ptr<TPXnode> child, TPXkeep keep) {
     TPXnode* node = child.get();
     // Not yet linked, so its current world matrix is its local one.
-    const TPXmatrix world = node->localMatrix();
+    const bool keepWorld = node->effective(keep) == TPXkeep::World;
+    const std::optional<TPXmatrix> world =
+        keepWorld ? std::optional<TPXmatrix>(node->localMatrix()) : std::nullopt;
     if (m_firstChild)
         m_firstChild->m_previousSibling = node;
     node->m_nextSibling = std::move(m_firstChild);
     node->m_parent = this;
     m_firstChild = std::move(child);
-    if (node->effective(keep) == TPXkeep::World)
-        node->placeAt(world, this);
+    if (keepWorld)
+        node->placeAt(*world, this);
     return node;
 }
 
 TPXnode* TPXnode::adoptSibling(std::unique_ptr<TPXnode> sibling, TPXkeep keep) {
     TPXnode* node = sibling.get();
-    const TPXmatrix world = node->localMatrix();
+    const bool keepWorld = node->effective(keep) == TPXkeep::World;
+    const std::optional<TPXmatrix> world =
+        keepWorld ? std::optional<TPXmatrix>(node->localMatrix()) : std::nullopt;
     if (m_nextSibling)
         m_nextSibling->m_previousSibling = node;
     node->m_nextSibling = std::move(m_nextSibling);
     node->m_previousSibling = this;
     node->m_parent = m_parent;
     m_nextSibling = std::move(sibling);
-    if (node->effective(keep) == TPXkeep::World)
-        node->placeAt(world, m_parent);
+    if (keepWorld)
+        node->placeAt(*world, m_parent);
     return node;
 }
 
@@ -72,15 +83,17 @@ std::unique_ptr<TPXnode> TPXnode::unlink(TPXkeep keep) {
                                                         : nullptr;
     if (!owner)
         return nullptr;
-    const TPXmatrix world = worldMatrix();
+    const bool keepWorld = effective(keep) == TPXkeep::World;
+    const std::optional<TPXmatrix> world =
+        keepWorld ? std::optional<TPXmatrix>(worldMatrix()) : std::nullopt;
     std::unique_ptr<TPXnode> self = std::move(*owner);
     *owner = std::move(m_nextSibling);
     if (*owner)
         (*owner)->m_previousSibling = m_previousSibling;
     m_previousSibling = nullptr;
     m_parent = nullptr;
-    if (effective(keep) == TPXkeep::World)
-        placeAt(world, nullptr);
+    if (keepWorld)
+        placeAt(*world, nullptr);
     return self;
 }
 

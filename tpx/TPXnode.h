@@ -74,6 +74,9 @@ class TPXnode {
     // The transform from this node's space to its parent's, and to the world's.
     TPXmatrix localMatrix() const { return m_placement.matrix(); }
     TPXmatrix worldMatrix() const;
+    // The point `p` of this node's space in the world's: worldMatrix() applied to it, placement
+    // by placement.
+    TPXp3 worldPoint(const TPXp3& p) const;
 
     // Makes `child` (which must not be linked anywhere) this node's first child and returns it.
     TPXnode* adopt(std::unique_ptr<TPXnode> child, TPXkeep keep = TPXkeep::Local);

@@ -52,26 +52,32 @@ void TPXstandIns::addDiamond(const TPXgeometry& geometry, const float colour[3])
     const TPXp3 c = box.centre();
     // A diamond inside the box shows less than the round shape it stands for.
     const TPXp3 h = (box.max - box.min) * (0.5 * kDiamondGrowth);
-    for (int octant = 0; octant < 8; ++octant) {
-        const double sx = octant & 1 ? 1 : -1;
-        const double sy = octant & 2 ? 1 : -1;
-        const double sz = octant & 4 ? 1 : -1;
-        // The corners on the x, y and z axes run counter-clockwise seen from outside when the
-        // octant's sign product is positive; otherwise y and z swap.
-        const TPXp3 x(sx, 0, 0), y(0, sy, 0), z(0, 0, sz);
-        const bool even = sx * sy * sz > 0;
-        for (const TPXp3& axis : {x, even ? y : z, even ? z : y}) {
-            push(m_triangles, c.x() + axis.x() * h.x(), c.y() + axis.y() * h.y(),
-                 c.z() + axis.z() * h.z());
-            push(m_normals, axis.x(), axis.y(), axis.z(), true);
+    // Six corners shared by the eight triangles (drawn by index, so that each corner is lit
+    // once): +x, -x, +y, -y, +z, -z, each with its axis as the normal.
+    const auto first = static_cast<GLuint>(m_cornerCount);
+    for (int axis = 0; axis < 3; ++axis)
+        for (double sign : {1.0, -1.0}) {
+            TPXp3 direction;
+            direction[axis] = sign;
+            push(m_corners, c.x() + direction.x() * h.x(), c.y() + direction.y() * h.y(),
+                 c.z() + direction.z() * h.z());
+            push(m_normals, direction.x(), direction.y(), direction.z(), true);
             m_colours.insert(m_colours.end(), colour, colour + 3);
         }
-        ++m_triangleCount;
+    m_cornerCount += 6;
+    for (int octant = 0; octant < 8; ++octant) {
+        const GLuint x = first + (octant & 1 ? 0 : 1);
+        const GLuint y = first + (octant & 2 ? 2 : 3);
+        const GLuint z = first + (octant & 4 ? 4 : 5);
+        // x, y, z run counter-clockwise seen from outside when the octant's sign product is
+        // positive; otherwise y and z swap.
+        const bool even = ((octant ^ (octant >> 1) ^ (octant >> 2)) & 1) != 0;
+        m_indices.insert(m_indices.end(), {x, even ? y : z, even ? z : y});
     }
 }
 
 void TPXstandIns::draw() {
-    if (m_pointCount == 0 && m_triangleCount == 0)
+    if (m_pointCount == 0 && m_indices.empty())
         return;
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
@@ -81,7 +87,7 @@ void TPXstandIns::draw() {
     glDisable(GL_BLEND);
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_COLOR_ARRAY);
-    if (m_triangleCount > 0) {
+    if (!m_indices.empty()) {
         // Lit like the objects they stand for: the colour array is their ambient and diffuse.
         const GLfloat none[4] = {0, 0, 0, 1};
         glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, none);
@@ -89,10 +95,11 @@ void TPXstandIns::draw() {
         glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
         glEnable(GL_COLOR_MATERIAL);
         glEnableClientState(GL_NORMAL_ARRAY);
-        glVertexPointer(3, GL_FLOAT, 0, m_triangles.data());
+        glVertexPointer(3, GL_FLOAT, 0, m_corners.data());
         glNormalPointer(GL_FLOAT, 0, m_normals.data());
         glColorPointer(3, GL_FLOAT, 0, m_colours.data());
-        glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(m_triangleCount * 3));
+        glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(m_indices.size()), GL_UNSIGNED_INT,
+                       m_indices.data());
         glDisableClientState(GL_NORMAL_ARRAY);
         glDisable(GL_COLOR_MATERIAL);
     }
@@ -107,11 +114,12 @@ void TPXstandIns::draw() {
     glPopAttrib();
     m_points.clear();
     m_pointColours.clear();
-    m_triangles.clear();
+    m_corners.clear();
     m_normals.clear();
     m_colours.clear();
+    m_indices.clear();
     m_pointCount = 0;
-    m_triangleCount = 0;
+    m_cornerCount = 0;
 }
 
 }  // namespace vellum

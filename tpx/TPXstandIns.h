@@ -40,11 +40,12 @@ class TPXstandIns {
     // Three floats per vertex: positions, colours and (for triangles) normals, in eye space.
     std::vector<float> m_points;
     std::vector<float> m_pointColours;
-    std::vector<float> m_triangles;
+    std::vector<float> m_corners;  // of the diamonds
     std::vector<float> m_normals;
     std::vector<float> m_colours;
+    std::vector<unsigned> m_indices;  // three corners a triangle
     std::size_t m_pointCount = 0;
-    std::size_t m_triangleCount = 0;
+    std::size_t m_cornerCount = 0;
 };
 
 }  // namespace vellum

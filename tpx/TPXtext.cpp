@@ -21,23 +21,7 @@ void TPXtext::setText(std::string text) {
 }
 
 TPXp3 TPXtext::anchor() const {
-    TPXp3 p;
-    for (const TPXnode* node = this; node; node = node->parent()) {
-        const TPXplacement& placement = node->placement();
-        if (placement.onlyMoves()) {
-            p += placement.position;
-            continue;
-        }
-        const TPXp3 local = p - placement.pivot;
-        const TPXp3 scaled(local.x() * placement.scale.x(), local.y() * placement.scale.y(),
-                           local.z() * placement.scale.z());
-        const TPXrotation r = placement.orientation.toRotation();
-        TPXp3 turned;
-        for (int row = 0; row < 3; ++row)
-            turned[row] = r[row][0] * scaled.x() + r[row][1] * scaled.y() + r[row][2] * scaled.z();
-        p = placement.position + placement.pivot + turned;
-    }
-    return p;
+    return worldPoint(TPXp3());
 }
 
 double TPXtext::pixelsHigh(const TPXdrawContext& context, const TPXp3& at) const {

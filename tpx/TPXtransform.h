@@ -31,6 +31,8 @@ struct TPXplacement {
     TPXp3 pivot;
 
     TPXmatrix matrix() const;
+    // The point `p` taken through matrix(), without composing it.
+    TPXp3 transform(const TPXp3& p) const;
     // Whether the placement only moves (no turn, no scale): its matrix is T(position).
     bool onlyMoves() const {
         return orientation.isIdentity() && scale.x() == 1.0 && scale.y() == 1.0 && scale.z() == 1.0;

@@ -19,7 +19,7 @@ constexpr double arrowRadius = 0.2;  // the radius of its base
 constexpr double loopRadius = 0.45;  // the circle a self-loop draws above its vertex
 
 TPXp3 worldPosition(const TPXnode& node) {
-    return TPXtransformPoint(node.worldMatrix(), TPXp3());
+    return node.worldPoint(TPXp3());
 }
 
 // How far from its centre an end object's surface lies, roughly: half its largest extent.
@@ -229,7 +229,9 @@ bool GraphEdgeObject::mayShow(const std::array<double, 16>& worldToClip) const {
 void GraphEdgeObject::gather(const TPXdrawContext& context) const {
     std::array<TPXp3, curveSteps + 1> points;
     const int count = linePoints(points);
-    context.flat->addLine(points.data(), count, m_colour, m_opacity, m_width);
+    // While the camera moves lines are one pixel wide: a software renderer shades the blocks
+    // of pixels a line crosses, and a line twice as wide crosses about twice as many.
+    context.flat->addLine(points.data(), count, m_colour, m_opacity, context.light ? 1.0 : m_width);
     for (int i = 0; i < m_headCount; ++i) {
         const Arrowhead& head = m_heads[static_cast<std::size_t>(i)];
         if (!context.light) {
@@ -246,9 +248,13 @@ void GraphEdgeObject::gather(const TPXdrawContext& context) const {
         if (side.length() < 1e-12)
             side = along.cross(context.viewerUp);
         side = side.normalised() * arrowRadius;
+        const TPXp3 tip = centre + along * arrowHalf;
         const TPXp3 base = centre - along * arrowHalf;
-        context.flat->addTriangle(centre + along * arrowHalf, base - side, base + side, m_colour,
-                                  m_opacity);
+        // Counter-clockwise as the viewer sees it, or face culling would drop it.
+        const TPXp3 facing = (base - side - tip).cross(base + side - tip);
+        if (facing.dot(context.viewerPosition - centre) < 0)
+            side = side * -1.0;
+        context.flat->addTriangle(tip, base - side, base + side, m_colour, m_opacity);
     }
 }
 

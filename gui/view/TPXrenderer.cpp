@@ -4,7 +4,8 @@
 
 namespace vellum {
 
-TPXrenderer::TPXrenderer() : m_lists(std::make_shared<TPXlistStore>()) {}
+TPXrenderer::TPXrenderer()
+    : m_lists(std::make_shared<TPXlistStore>()), m_batches(std::make_unique<TPXbatches>()) {}
 
 void TPXrenderer::prepare() {
     m_lists->collect();
@@ -29,6 +30,7 @@ TPXdrawContext TPXrenderer::context(const TPXcamera& camera, int height) const {
     context.viewerUp = camera.up();
     context.pixelsPerUnit = camera.pixelsPerUnit(height);
     context.frame = m_frames;
+    context.batches = m_batches.get();
     return context;
 }
 

@@ -61,6 +61,7 @@ class TPXrenderer {
   private:
     TPXlook m_look;
     std::shared_ptr<TPXlistStore> m_lists;
+    std::unique_ptr<TPXbatches> m_batches;  // kept from frame to frame
     bool m_setUp = false;
     std::uint64_t m_frames = 0;
 };

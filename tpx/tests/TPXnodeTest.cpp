@@ -99,6 +99,19 @@ TEST(TPXnode, RelinkingKeepsTheRequestedPlacement) {
     }
 }
 
+TEST(TPXnode, WorldPointIsTheWorldMatrixApplied) {
+    auto root = node("root");
+    root->setPlacement(placement({1, 2, 3}, {10, 20, 30}, {2, 2, 2}, {0.5, 0, 0}));
+    TPXnode* middle = root->adopt(node("middle"));
+    middle->setPlacement(placement({-1, 0, 4}, {0, 0, 0}, {1, 1, 1}));  // only moved
+    TPXnode* leaf = middle->adopt(node("leaf"));
+    leaf->setPlacement(placement({0, 1, 0}, {0, 90, 0}, {1, 3, 1}, {0, 0, 1}));
+    for (const TPXnode* n : {root.get(), middle, leaf})
+        for (const TPXp3& p : {TPXp3(), TPXp3(1, -2, 0.5)})
+            EXPECT_TRUE(near(n->worldPoint(p), TPXtransformPoint(n->worldMatrix(), p)))
+                << n->name();
+}
+
 TEST(TPXnode, KindOneAlwaysKeepsItsPlace) {
     TPXnode scene(TPXkind::Widget, "scene");
     TPXnode* from = scene.adopt(node("from"));
