@@ -116,8 +116,8 @@ TEST(TPXmath, PlacementTurnsAboutItsPivotAndSplitsBack) {
     // The matrix composed in closed form is the product of its four parts, and transform()
     // applies it without one.
     EXPECT_TRUE(near(m, TPXtranslation(placement.position + placement.pivot) *
-                            TPXrotationMatrix(placement.orientation) *
-                            TPXscaling(placement.scale) * TPXtranslation(-placement.pivot)));
+                            TPXrotationMatrix(placement.orientation) * TPXscaling(placement.scale) *
+                            TPXtranslation(-placement.pivot)));
     for (const TPXp3& p : {TPXp3(), TPXp3(1, 2, 3), TPXp3(-4, 0.5, 9)})
         EXPECT_TRUE(near(placement.transform(p), TPXtransformPoint(m, p)));
 
