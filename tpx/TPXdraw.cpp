@@ -109,14 +109,55 @@ bool outside(const TPXboundingBox& box, const Mat4& m) {
     return allBeyondOnePlane(corners(box, m));
 }
 
+// The six planes of a view (world to clip space `m`), each scaled to a unit normal pointing
+// inside: a cheap first test of a node's bounding sphere before the box's eight corners.
+class Frustum {
+  public:
+    explicit Frustum(const Mat4& m) {
+        int i = 0;
+        for (int axis = 0; axis < 3; ++axis)
+            for (double side : {1.0, -1.0}) {
+                std::array<double, 4>& plane = m_planes[static_cast<std::size_t>(i++)];
+                for (int c = 0; c < 4; ++c)
+                    plane[c] = m(3, c) + side * m(axis, c);
+                const double length = std::hypot(plane[0], plane[1], plane[2]);
+                if (length > 0.0)
+                    for (double& v : plane)
+                        v /= length;
+            }
+    }
+
+    enum class Side { Outside, Inside, Across };
+    Side classify(const std::array<double, 4>& centre, double radius) const {
+        Side result = Side::Inside;
+        for (const auto& p : m_planes) {
+            const double distance = p[0] * centre[0] + p[1] * centre[1] + p[2] * centre[2] + p[3];
+            // The margin as in allBeyondOnePlane: what lies on a plane counts as inside.
+            if (distance < -radius - 1e-6 * (1.0 + std::abs(radius)))
+                return Side::Outside;
+            if (distance < radius)
+                result = Side::Across;
+        }
+        return result;
+    }
+
+  private:
+    std::array<std::array<double, 4>, 6> m_planes{};
+};
+
+// The largest factor by which `m` stretches a length.
+double largestScale(const Mat4& m) {
+    double scale = 0.0;
+    for (int column = 0; column < 3; ++column)
+        scale = std::max(scale, std::hypot(m(0, column), m(1, column), m(2, column)));
+    return scale;
+}
+
 // About how many pixels the box spans on screen, `eye` taking it to eye space.
 double pixelsOf(const TPXboundingBox& box, const Mat4& eye, double pixelsPerUnit) {
     const TPXp3 c = box.centre();
     const auto centre = eye.apply(c.x(), c.y(), c.z());
-    double scale = 0.0;
-    for (int column = 0; column < 3; ++column)
-        scale = std::max(scale, std::hypot(eye(0, column), eye(1, column), eye(2, column)));
-    const double radius = (box.max - box.min).length() * 0.5 * scale;
+    const double radius = (box.max - box.min).length() * 0.5 * largestScale(eye);
     const double distance = -centre[2];
     if (distance <= radius)
         return std::numeric_limits<double>::infinity();
@@ -139,8 +180,9 @@ struct Level {
 
 // Walks the scene depth first without recursion (a graph's vertices form one long chain of
 // siblings), calling visit(node, world matrix, inherited identity) for each node.
-template <typename Visit>
-void walk(const TPXnode* first, Visit visit) {
+// Nodes for which skip(node) holds are passed over with their subtrees, at no cost.
+template <typename Visit, typename Skip>
+void walk(const TPXnode* first, Visit visit, Skip skip) {
     if (!first)
         return;
     const TPXnode* parent = first->parent();
@@ -148,14 +190,16 @@ void walk(const TPXnode* first, Visit visit) {
                 inheritedIdentity(parent)};
     std::vector<Level> stack;
     for (const TPXnode* node = first; node;) {
-        const Mat4 world = level.world * placementMatrix(node->placement());
-        const std::uint32_t identity = node->identity() ? node->identity() : level.identity;
-        visit(*node, world, identity);
-        if (node->firstChild()) {
-            stack.push_back(level);
-            level = {world, identity};
-            node = node->firstChild();
-            continue;
+        if (!skip(*node)) {
+            const Mat4 world = level.world * placementMatrix(node->placement());
+            const std::uint32_t identity = node->identity() ? node->identity() : level.identity;
+            visit(*node, world, identity);
+            if (node->firstChild()) {
+                stack.push_back(level);
+                level = {world, identity};
+                node = node->firstChild();
+                continue;
+            }
         }
         while (!node->nextSibling() && !stack.empty()) {
             node = node->parent();
@@ -164,6 +208,11 @@ void walk(const TPXnode* first, Visit visit) {
         }
         node = node->nextSibling();
     }
+}
+
+template <typename Visit>
+void walk(const TPXnode* first, Visit visit) {
+    walk(first, visit, [](const TPXnode&) { return false; });
 }
 
 void setColour(GLenum which, const TPXrgb& colour, GLenum light, GLfloat alpha = 1.0f) {
@@ -181,6 +230,8 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
     const std::optional<std::array<double, 16>> outerWorldToClip = context.worldToClip;
     context.worldToClip =
         clip ? std::optional<std::array<double, 16>>((*clip * view).m) : std::nullopt;
+    const std::optional<Frustum> frustum =
+        clip ? std::optional<Frustum>(Frustum(*clip * view)) : std::nullopt;
     std::uint32_t loadedName = 0;
     TPXbatches own;
     TPXbatches& batches = context.batches ? *context.batches : own;
@@ -194,14 +245,24 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
     TPXtextBatch* const outerTexts = std::exchange(context.texts, &texts);
     TPXflatBatch* const outerFlat = std::exchange(context.flat, context.picking ? nullptr : &flat);
     glMatrixMode(GL_MODELVIEW);
-    walk(first, [&](const TPXnode& node, const Mat4& world, std::uint32_t identity) {
-        if (context.picking && (identity == 0 || node.kind() == TPXkind::Text))
-            return;  // nothing to report (it must not hide what lies behind it), or texts,
-                     // which are never picked
-        const Mat4 eye = view * world;
+    // Texts are never picked; in a picking pass they and what hangs below them are skipped.
+    const auto skip = [&context](const TPXnode& node) {
+        return context.picking && node.kind() == TPXkind::Text;
+    };
+    const auto visit = [&](const TPXnode& node, const Mat4& world, std::uint32_t identity) {
+        if (context.picking && identity == 0)
+            return;  // nothing to report: it must not hide what lies behind it
         const std::optional<TPXboundingBox> bounds = node.drawnBounds();
-        if (bounds && clip && outside(*bounds, *clip * eye))
-            return;
+        if (bounds && frustum && !bounds->empty) {
+            // The sphere round the box settles most nodes; the box's corners the rest.
+            const TPXp3 c = bounds->centre();
+            const double radius = (bounds->max - bounds->min).length() * 0.5 * largestScale(world);
+            const Frustum::Side side = frustum->classify(world.apply(c.x(), c.y(), c.z()), radius);
+            if (side == Frustum::Side::Outside ||
+                (side == Frustum::Side::Across && outside(*bounds, *clip * view * world)))
+                return;
+        }
+        const Mat4 eye = view * world;
         context.nodePixels =
             context.light && bounds ? pixelsOf(*bounds, eye, context.pixelsPerUnit) : -1.0;
         glLoadMatrixd(eye.m.data());
@@ -212,7 +273,8 @@ void TPXdrawScene(const TPXnode* first, TPXdrawContext& context) {
             loadedName = identity;
         }
         node.drawSelf(context);
-    });
+    };
+    walk(first, visit, skip);
     context.nodePixels = -1.0;
     context.standIns = outer;
     context.texts = outerTexts;
