@@ -30,7 +30,7 @@ ALLOWED = {
 TEST_SUPPORT = 'tests/support'
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"')
 # Folders that must build without wxWidgets although their layer may use it.
-WITHOUT_WX = ('gui/view/',)
+WITHOUT_WX = ('gui/view/', 'gui/edit/', 'gui/icons/')
 WX_INCLUDE = re.compile(r'^\s*#\s*include\s+<wx/')
 SOURCE = ('.cpp', '.h', '.hpp', '.cc')
 
