@@ -13,6 +13,16 @@ void destroy(T& object) {
     std::unique_ptr<T> owned(&object);
 }
 
+// Puts `item` into `list` before the first element of a larger serial: lists kept in creation
+// order stay so when an element comes back.
+template <typename T, typename Tag>
+void insertBySerial(IntrusiveList<T, Tag>& list, T& item) {
+    T* next = nullptr;
+    for (T* at = list.back(); at != nullptr && at->serial() > item.serial(); at = list.before(*at))
+        next = at;
+    list.insertBefore(item, next);
+}
+
 template <typename T, typename Tag>
 const IntrusiveList<T, Tag>& emptyList() {
     static const IntrusiveList<T, Tag> none;
@@ -55,6 +65,50 @@ DirectedGraphEdge* DirectedGraph::createEdge(DirectedGraphVertex* source,
     source->outgoing_.pushBack(*edge);
     target->incoming_.pushBack(*edge);
     labels_.enter(*edge);
+    return edge.release();
+}
+
+bool DirectedGraph::took(const GraphObject& object) const {
+    return !object.inGraph() && object.label_->index == &labels_ &&
+           !static_cast<const ListHook<GraphListTag>&>(object).linked();
+}
+
+std::unique_ptr<DirectedGraphEdge> DirectedGraph::takeEdge(DirectedGraphEdge* edge) {
+    if (edge == nullptr || !contains(*edge))
+        return nullptr;
+    unlinkEdge(*edge);
+    edge->source_->outgoing_.erase(*edge);
+    edge->target_->incoming_.erase(*edge);
+    labels_.unlist(*edge);
+    return std::unique_ptr<DirectedGraphEdge>(edge);
+}
+
+std::unique_ptr<DirectedGraphVertex> DirectedGraph::takeVertex(DirectedGraphVertex* vertex) {
+    if (vertex == nullptr || !contains(*vertex) || !vertex->incoming_.empty() ||
+        !vertex->outgoing_.empty())
+        return nullptr;
+    unlinkVertex(*vertex);
+    labels_.unlist(*vertex);
+    return std::unique_ptr<DirectedGraphVertex>(vertex);
+}
+
+DirectedGraphVertex* DirectedGraph::restoreVertex(std::unique_ptr<DirectedGraphVertex>& vertex) {
+    if (!vertex || !took(*vertex))
+        return nullptr;
+    insertBySerial(vertices_, *vertex);
+    labels_.relist(*vertex);
+    return vertex.release();
+}
+
+DirectedGraphEdge* DirectedGraph::restoreEdge(std::unique_ptr<DirectedGraphEdge>& edge) {
+    // A loop that lingers in its vertex's incoming list was removed, not taken.
+    if (!edge || !took(*edge) || static_cast<ListHook<IncomingTag>&>(*edge).linked() ||
+        !contains(*edge->source_) || !contains(*edge->target_))
+        return nullptr;
+    insertBySerial(edges_, *edge);
+    insertBySerial(edge->source_->outgoing_, *edge);
+    insertBySerial(edge->target_->incoming_, *edge);
+    labels_.relist(*edge);
     return edge.release();
 }
 

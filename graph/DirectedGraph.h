@@ -21,6 +21,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -69,6 +70,20 @@ class DirectedGraph {
     // pointers to them stay valid. Each graph keeps its class and any state a derived class adds.
     void swap(DirectedGraph& other) noexcept;
 
+    // Taking elements out and putting them back, for an editor's undo: a taken element is not
+    // destroyed but handed to the caller, unchanged (label, attributes, serial), and restore
+    // puts it back in its place by serial in every list it was in, so the graph is as before.
+    // A taken element must be restored or destroyed before this graph is cleared, swapped or
+    // destroyed, and only ever restored into this graph.
+    // takeEdge: null when the edge is not in the graph; a loop leaves both of its vertex's lists.
+    std::unique_ptr<DirectedGraphEdge> takeEdge(DirectedGraphEdge* edge);
+    // takeVertex: null unless the vertex is in the graph with no edges (take those first).
+    std::unique_ptr<DirectedGraphVertex> takeVertex(DirectedGraphVertex* vertex);
+    // restore: the element back in the graph; null, with `element` left to the caller, when it
+    // is not a taken element of this graph or (an edge) one of its ends is not in the graph.
+    DirectedGraphVertex* restoreVertex(std::unique_ptr<DirectedGraphVertex>& vertex);
+    DirectedGraphEdge* restoreEdge(std::unique_ptr<DirectedGraphEdge>& edge);
+
     // True when the object is a vertex or edge of this graph (and not removed).
     bool contains(const GraphObject& object) const;
 
@@ -107,6 +122,8 @@ class DirectedGraph {
     // Destroys a vertex outside the graph once no live edge points at it any more.
     void reclaimIfDetached(DirectedGraphVertex& vertex);
     static bool hasLiveEdges(const DirectedGraphVertex& vertex);
+    // Whether `object` was taken out of this graph (its label bucket is one of this graph's).
+    bool took(const GraphObject& object) const;
     const IntrusiveList<DirectedGraphVertex, LabelTag>& labelled(std::string_view label) const;
     const IntrusiveList<DirectedGraphEdge, LabelTag>& labelledEdges(std::string_view label) const;
 

@@ -89,6 +89,21 @@ class IntrusiveList {
         root_.prev = &h;
         ++size_;
     }
+    // Puts `item` (in no list of this tag) right before `next`, an element of this list, or at
+    // the end when `next` is null.
+    void insertBefore(T& item, T* next) {
+        Hook& h = hook(item);
+        Hook* const at = next == nullptr ? &root_ : &hook(*next);
+        h.prev = at->prev;
+        h.next = at;
+        at->prev->next = &h;
+        at->prev = &h;
+        ++size_;
+    }
+    // The last element, or null when the list is empty.
+    T* back() const { return element(root_.prev); }
+    // The element before `item` (which must be in this list), or null at the front.
+    T* before(const T& item) const { return element(hook(item).prev); }
     // `item` must be in this list; afterwards it is in none.
     void erase(T& item) {
         Hook& h = hook(item);

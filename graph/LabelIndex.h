@@ -46,6 +46,8 @@ class LabelIndex {
     // Unlists the object without dropping its reference: it stays out of the index while it
     // still exists outside the graph.
     void unlist(GraphObject& object);
+    // Lists again an object that unlist() took out (it keeps the reference it had).
+    void relist(GraphObject& object) { list(*object.label_, object); }
     // Moves the object to the bucket of `label`, listed there if it was listed before.
     void relabel(GraphObject& object, std::string_view label);
     // Forgets every bucket but the empty label's, which starts afresh: for the graph's clear.

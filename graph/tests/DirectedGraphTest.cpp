@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -279,6 +280,45 @@ TEST(DirectedGraph, SwapHandsEveryElementAndItsIndexToTheOtherGraph) {
 }
 
 // Random changes, checked against a plain model of the expected counts after every step.
+TEST(DirectedGraph, TakenElementsComeBackInTheirPlaces) {
+    Triangle t;
+    DirectedGraphEdge* loop = t.graph.createEdge(t.b, t.b);
+    t.b->setLabel("b");
+    using V = std::vector<DirectedGraphVertex*>;
+    using E = std::vector<DirectedGraphEdge*>;
+    const E edges = pointers(t.graph.edges());
+
+    EXPECT_EQ(t.graph.takeVertex(t.b), nullptr) << "a vertex with edges stays";
+    std::vector<std::unique_ptr<DirectedGraphEdge>> taken;
+    for (DirectedGraphEdge* edge : {t.ab, t.bc, loop})
+        taken.push_back(t.graph.takeEdge(edge));
+    std::unique_ptr<DirectedGraphVertex> b = t.graph.takeVertex(t.b);
+    ASSERT_TRUE(b);
+    ASSERT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(t.graph.vertexCount("b"), 0u);
+    EXPECT_EQ(pointers(t.graph.edges()), (E{t.ca, t.ac}));
+    EXPECT_EQ(t.graph.restoreEdge(taken[0]), nullptr) << "its source is not back yet";
+    EXPECT_TRUE(taken[0]);
+
+    ASSERT_EQ(t.graph.restoreVertex(b), t.b);
+    for (auto it = taken.rbegin(); it != taken.rend(); ++it)
+        ASSERT_TRUE(t.graph.restoreEdge(*it));
+    ASSERT_TRUE(graphIsConsistent(t.graph));
+    EXPECT_EQ(pointers(t.graph.vertices()), (V{t.a, t.b, t.c}));
+    EXPECT_EQ(pointers(t.graph.edges()), edges);
+    EXPECT_EQ(pointers(t.b->outgoing()), (E{t.bc, loop}));
+    EXPECT_EQ(pointers(t.b->incoming()), (E{t.ab, loop}));
+    EXPECT_EQ(pointers(t.graph.verticesWithLabel("b")), (V{t.b}));
+
+    // Only what this graph took comes back, once.
+    DirectedGraph other;
+    std::unique_ptr<DirectedGraphVertex> stranger = other.takeVertex(other.createVertex());
+    EXPECT_EQ(t.graph.restoreVertex(stranger), nullptr);
+    std::unique_ptr<DirectedGraphEdge> takenLoop = t.graph.takeEdge(loop);
+    EXPECT_EQ(takenLoop.get(), loop);
+    EXPECT_EQ(t.graph.takeEdge(loop), nullptr) << "taken twice";
+}
+
 TEST(DirectedGraph, StaysConsistentUnderRandomChanges) {
     DirectedGraph graph;
     std::mt19937 random(12345);
