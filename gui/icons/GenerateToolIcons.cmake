@@ -13,7 +13,7 @@ foreach(name IN LISTS names)
     string(APPEND entries "    {\"${name}\", R\"${delimiter}(${text})${delimiter}\"},\n")
 endforeach()
 
-file(WRITE "${OUTPUT}.new" "// Generated from gui/icons/*.svg by GenerateToolIcons.cmake: edit the drawings, not this file.
+file(WRITE "${OUTPUT}" "// Generated from gui/icons/*.svg by GenerateToolIcons.cmake: edit the drawings, not this file.
 #include \"gui/icons/ToolIconFiles.h\"
 
 namespace vellum {
@@ -40,6 +40,3 @@ std::string_view iconFile(std::string_view name) {
 
 }  // namespace vellum
 ")
-# Only a changed text touches the output, so an unchanged drawing recompiles nothing.
-file(COPY_FILE "${OUTPUT}.new" "${OUTPUT}" ONLY_IF_DIFFERENT)
-file(REMOVE "${OUTPUT}.new")
