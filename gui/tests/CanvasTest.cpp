@@ -7,10 +7,12 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
+#include <atomic>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <map>
+#include <mutex>
 #include <string>
 #include <thread>
 
@@ -71,12 +73,17 @@ class Toolkit : public ::testing::Environment {
 
 Toolkit* const toolkit = static_cast<Toolkit*>(::testing::AddGlobalTestEnvironment(new Toolkit));
 
-// Counts the paints that reached the scene.
+// Counts the paints that reached the scene, and notes a paint while `busy` was set.
 class CountingNode : public TPXnode {
   public:
     CountingNode() : TPXnode(TPXkind::ModelObject, "counter") {}
-    void drawSelf(TPXdrawContext&) const override { ++draws; }
+    void drawSelf(TPXdrawContext&) const override {
+        ++draws;
+        drewWhileBusy = drewWhileBusy || (busy && *busy);
+    }
     mutable int draws = 0;
+    const std::atomic<bool>* busy = nullptr;
+    mutable bool drewWhileBusy = false;
 };
 
 // Takes every left-button event, as an editor in a selection mode would.
@@ -333,6 +340,29 @@ TEST_F(CanvasTest, RepaintAskedFromAnotherThreadPaintsOnTheGuiThread) {
     settle();
     EXPECT_GE(counter->draws, before + 1);
     canvas_->setScene(nullptr);
+}
+
+TEST_F(CanvasTest, PaintWaitsForTheWorkerThatHoldsTheLock) {
+    std::mutex lock;
+    canvas_->setLock(&lock);
+    CountingNode counter;
+    std::atomic<bool> busy{false};
+    counter.busy = &busy;
+    canvas_->setScene(&counter);
+    std::thread worker([&] {
+        std::lock_guard<std::mutex> hold(lock);
+        busy = true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        busy = false;
+    });
+    while (!busy)
+        std::this_thread::yield();
+    canvas_->paintNow();
+    worker.join();
+    EXPECT_GE(counter.draws, 1);
+    EXPECT_FALSE(counter.drewWhileBusy) << "painted while the worker changed the scene";
+    canvas_->setScene(nullptr);
+    canvas_->setLock(nullptr);
 }
 
 TEST_F(CanvasTest, ZeroHeightCanvasDrawsWithoutDividingByZero) {
