@@ -53,6 +53,8 @@ void GraphScene::build(DirectedGraph& graph) {
     m_lastVertex = m_lastEdge = nullptr;
     m_vertices.reserve(graph.vertexCount());
     m_edges.reserve(graph.edgeCount());
+    m_serialOf.reserve(graph.vertexCount() + graph.edgeCount());
+    m_pairs.reserve(graph.edgeCount());
     for (DirectedGraphVertex& vertex : graph.vertices())
         addVertex(vertex);
     std::vector<Pair> bent;
@@ -117,7 +119,7 @@ void GraphScene::addVertex(DirectedGraphVertex& vertex) {
     object->setIdentity(identity);
     setLink(vertex, static_cast<int>(identity));
     TPXnode* shownObject = object.get();
-    appendChild(*m_vertexGroup, m_lastVertex, std::move(object));
+    insertAfter(*m_vertexGroup, m_lastVertex, shownBefore(vertex), std::move(object));
     m_vertices.emplace(vertex.serial(), VertexRecord{&vertex, shownObject});
     m_serialOf.emplace(identity, vertex.serial());
 }
@@ -147,10 +149,13 @@ bool GraphScene::shown(const DirectedGraphEdge& edge) const {
 }
 
 void GraphScene::addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent) {
-    if (!shown(edge))
+    if (!edge.inGraph() || !edge.source()->inGraph() || !edge.target()->inGraph())
         return;
-    auto object = std::make_unique<GraphEdgeObject>(objectOf(*edge.source()),
-                                                    objectOf(*edge.target()), m_arrowhead);
+    TPXnode* const source = objectOf(*edge.source());
+    TPXnode* const target = objectOf(*edge.target());
+    if (!source || !target)
+        return;
+    auto object = std::make_unique<GraphEdgeObject>(source, target, m_arrowhead);
     const std::uint32_t identity = newIdentity();
     object->setIdentity(identity);
     const EdgeLook look = readEdgeLook(edge);
@@ -158,7 +163,7 @@ void GraphScene::addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent) {
     setLabel(*object, edge.label(), edgeLabelSize, edgeLabelHeight);
     setLink(edge, static_cast<int>(identity));
     GraphEdgeObject* shownObject = object.get();
-    appendChild(*m_edgeGroup, m_lastEdge, std::move(object));
+    insertAfter(*m_edgeGroup, m_lastEdge, shownBefore(edge), std::move(object));
     const Pair pair = endsOf(edge);
     m_edges.emplace(edge.serial(), EdgeRecord{&edge, shownObject, pair});
     m_serialOf.emplace(identity, edge.serial());
@@ -248,8 +253,28 @@ void GraphScene::setLabel(TPXnode& owner, const std::string& text, double size, 
     owner.adopt(std::move(label));
 }
 
-void GraphScene::appendChild(TPXnode& group, TPXnode*& last, std::unique_ptr<TPXnode> node) {
-    last = last ? last->adoptSibling(std::move(node)) : group.adopt(std::move(node));
+TPXnode* GraphScene::shownBefore(const DirectedGraphVertex& vertex) const {
+    const auto first = m_graph->vertices().begin();
+    for (ListIterator<DirectedGraphVertex, GraphListTag> at(&vertex); at != first;)
+        if (TPXnode* object = objectOf(*--at))
+            return object;
+    return nullptr;
+}
+
+TPXnode* GraphScene::shownBefore(const DirectedGraphEdge& edge) const {
+    const auto first = m_graph->edges().begin();
+    for (ListIterator<DirectedGraphEdge, GraphListTag> at(&edge); at != first;)
+        if (TPXnode* object = objectOf(*--at))
+            return object;
+    return nullptr;
+}
+
+void GraphScene::insertAfter(TPXnode& group, TPXnode*& last, TPXnode* previous,
+                             std::unique_ptr<TPXnode> node) {
+    TPXnode* placed =
+        previous ? previous->adoptSibling(std::move(node)) : group.adopt(std::move(node));
+    if (!last || last == previous)
+        last = placed;
 }
 
 std::unique_ptr<TPXnode> GraphScene::detach(TPXnode* node, TPXnode*& last) {

@@ -93,7 +93,14 @@ class GraphScene {
     void followVertex(const DirectedGraphVertex& vertex);
     std::unique_ptr<TPXnode> makeVertexObject(DirectedGraphVertex& vertex);
     void setLabel(TPXnode& owner, const std::string& text, double size, double height);
-    static void appendChild(TPXnode& group, TPXnode*& last, std::unique_ptr<TPXnode> node);
+    // The object of the nearest element before `element` in its graph list that is shown, or
+    // null: where a new object goes so that each group keeps graph order, also when an element
+    // comes back into the middle of its list (an editor's undo).
+    TPXnode* shownBefore(const DirectedGraphVertex& vertex) const;
+    TPXnode* shownBefore(const DirectedGraphEdge& edge) const;
+    // Puts `node` after `previous` in `group`, or first when `previous` is null.
+    static void insertAfter(TPXnode& group, TPXnode*& last, TPXnode* previous,
+                            std::unique_ptr<TPXnode> node);
     // Takes `node` out of its group, whose last child `last` is kept up to date.
     static std::unique_ptr<TPXnode> detach(TPXnode* node, TPXnode*& last);
     std::uint32_t newIdentity() { return ++m_lastIdentity; }
