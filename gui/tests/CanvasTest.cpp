@@ -17,6 +17,7 @@
 #include <thread>
 
 #include "gui/TPXCanvas.h"
+#include "gui/tests/GuiToolkit.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/tests/OffscreenFixture.h"
 
@@ -33,45 +34,8 @@ constexpr int kHeight = 120;
 const TPXrgb kAzure{0, 0.5, 1};
 const TPXrgb kRed{1, 0, 0};
 
-class TestApp : public wxApp {
-  public:
-    bool OnInit() override { return true; }
-};
-
-// Starts the toolkit once for the whole test program, the way the program's main does.
-class Toolkit : public ::testing::Environment {
-  public:
-    void SetUp() override {
-        const char* display = std::getenv("DISPLAY");
-        if (!display || !*display) {
-            why_ = "DISPLAY is not set";
-            return;
-        }
-        wxApp::SetInstance(new TestApp);
-        int argc = 1;
-        char name[] = "gui_tests";
-        char* argv[] = {name, nullptr};
-        entered_ = wxEntryStart(argc, argv);
-        ready_ = entered_ && wxTheApp->CallOnInit();
-        if (!ready_)
-            why_ = std::string("cannot open display '") + display + "'";
-        // The toolkit's own complaints go to standard error, not into dialogs nobody answers.
-        delete wxLog::SetActiveTarget(new wxLogStderr);
-    }
-    void TearDown() override {
-        if (entered_)
-            wxEntryCleanup();
-    }
-    bool ready() const { return ready_; }
-    const std::string& why() const { return why_; }
-
-  private:
-    bool entered_ = false;
-    bool ready_ = false;
-    std::string why_;
-};
-
-Toolkit* const toolkit = static_cast<Toolkit*>(::testing::AddGlobalTestEnvironment(new Toolkit));
+// Shared with the other GUI tests of this program.
+test::GuiToolkit* const toolkit = &test::guiToolkit();
 
 // Counts the paints that reached the scene, and notes a paint while `busy` was set.
 class CountingNode : public TPXnode {

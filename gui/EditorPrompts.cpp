@@ -1,0 +1,36 @@
+#include "gui/EditorPrompts.h"
+
+#include <wx/colordlg.h>
+#include <wx/filedlg.h>
+#include <wx/msgdlg.h>
+
+namespace vellum {
+
+int EditorPrompts::message(wxWindow* parent, const wxString& text, const wxString& title,
+                           long style) {
+    return wxMessageBox(text, title, style, parent);
+}
+
+wxString EditorPrompts::fileName(wxWindow* parent, const wxString& filter,
+                                 const wxString& extension, bool save) {
+    const long flags = save ? wxFD_SAVE | wxFD_OVERWRITE_PROMPT : wxFD_OPEN | wxFD_FILE_MUST_EXIST;
+    return wxFileSelector(filter, wxEmptyString, wxEmptyString, extension,
+                          filter + "|*." + extension, flags, parent);
+}
+
+std::optional<wxColour> EditorPrompts::colour(wxWindow* parent, const wxColour& initial) {
+    const wxColour chosen = wxGetColourFromUser(parent, initial);
+    if (!chosen.IsOk())
+        return std::nullopt;
+    return chosen;
+}
+
+int EditorPrompts::showModal(wxDialog& dialog) {
+    return dialog.ShowModal();
+}
+
+void EditorPrompts::popupMenu(wxWindow& window, wxMenu& menu, const wxPoint& at) {
+    window.PopupMenu(&menu, at);
+}
+
+}  // namespace vellum

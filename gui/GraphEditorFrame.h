@@ -1,0 +1,117 @@
+// GraphEditorFrame: the graph editor, a frame in which one graph is edited directly in 3D. A
+// canvas shows the document's scene; the toolbar chooses the view, the mouse tool and the axis
+// locks; the menus load, save, lay out and photograph the graph and change what is selected.
+// Event handlers only translate: the work is in the public commands, which the tests call the
+// way the menus do, and every question to the user goes through EditorPrompts.
+#pragma once
+
+#include <wx/frame.h>
+#include <wx/toolbar.h>
+
+#include <memory>
+#include <string>
+
+#include "gui/EditingTool.h"
+#include "gui/EditorPrompts.h"
+#include "gui/TPXCanvas.h"
+#include "gui/edit/GraphDocument.h"
+#include "gui/icons/ToolIcons.h"
+
+namespace vellum {
+
+class GraphEditorFrame : public wxFrame {
+  public:
+    static constexpr const char* titlePrefix = "3D Graph Editor - ";
+    static constexpr const char* graphFilter = "Graph file (*.dg)";
+    static constexpr const char* modelFilter = "3D Model (*.3rd)";
+    static constexpr const char* pictureFilter = "Portable Pixmap file (*.ppm)";
+    static constexpr const char* discardQuestion =
+        "Document was modified!\nAll changes will be lost.\nContinue?";
+
+    // Menu commands; the context menu uses the same ones.
+    enum Command {
+        kNewGraph = wxID_HIGHEST + 1,
+        kLoadGraph,
+        kSaveGraph,
+        kLayoutGraph,
+        kScreenshot,
+        kExit,
+        kUndo,
+        kRedo,
+        kCopy,
+        kDelete,
+        kHideGround,
+        kWireframeGround,
+        kSolidGround,
+        kTransparentGround,
+        kRepresentation,
+        kAttributes,
+        kGround,
+        kBackground,
+        kVrInterface,
+        kFirstTool  // the toolbar's tools follow, in toolbar order
+    };
+    static int toolId(ToolbarTool tool) { return kFirstTool + static_cast<int>(tool); }
+
+    // A new editor on an untitled graph, shown. Null prompts: the toolkit's boxes.
+    explicit GraphEditorFrame(wxWindow* parent, std::unique_ptr<EditorPrompts> prompts = {});
+    ~GraphEditorFrame() override;
+
+    GraphDocument& document() { return m_document; }
+    TPXCanvas& canvas() { return *m_canvas; }
+    EditingTool& tool() { return m_tool; }
+    EditorPrompts& prompts() { return *m_prompts; }
+
+    // Commands, as the menus run them. Each asks its questions through the prompts.
+    void newGraph();
+    // Loads `fileName` (asks for one when empty); a failure keeps the graph and the console
+    // says why. False when nothing was loaded.
+    bool loadGraph(const std::string& fileName = {});
+    bool saveGraph(const std::string& fileName = {});
+    void layoutGraph();
+    bool screenshot(const std::string& fileName = {});
+    void undo();
+    void redo();
+    void copySelected();
+    void deleteSelected();
+    void changeRepresentation();
+    void editAttributes();
+    void editGround();
+    void chooseBackground();
+    void setVrEnabled(bool enabled);
+    // The toolbar's tools: the view, mouse and constraint tools take their toggled state.
+    void useTool(ToolbarTool tool);
+    // Asks before a modified graph is closed or replaced; true to go on.
+    bool confirmDiscard();
+    // Shows the object context menu at window point `at` of the canvas.
+    void showContextMenu(const wxPoint& at);
+
+  private:
+    void buildMenus();
+    void buildToolBar();
+    void bindEvents();
+    // The document changed: the canvas shows its scene again and the title, tools and menus
+    // follow.
+    void documentChanged();
+    void sceneReplaced();
+    void updateTitle();
+    void updateLocks();
+    void chooseMode(ToolbarTool tool, EditMode mode);
+    void chooseView(ToolbarTool tool, TPXviewMode mode);
+    void setGround(TPXgroundMode mode);
+    std::optional<std::string> chooseModel();
+    // Shows a refused command's reason; true when it was done.
+    bool report(const EditResult& result);
+
+    void onCommand(wxCommandEvent& event);
+    void onClose(wxCloseEvent& event);
+    void onKey(wxKeyEvent& event);
+
+    std::unique_ptr<EditorPrompts> m_prompts;
+    GraphDocument m_document;
+    EditingTool m_tool;
+    TPXCanvas* m_canvas;  // child window, owned by the frame
+    wxToolBar* m_toolBar;
+};
+
+}  // namespace vellum
