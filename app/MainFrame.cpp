@@ -24,8 +24,8 @@ void MainFrame::buildMenus() {
     file->Append(kNewKoralInterpreter, "&New Koral interpreter...");
     file->AppendSeparator();
     file->Append(kExit, "E&xit...");
-    // The editor and interpreter frames these open are not part of this program yet.
-    for (int id : {kNewGraph, kNewGraphRule, kNewKoralModule, kNewKoralInterpreter})
+    // The rule editor, module editor and interpreter frames are not part of this program yet.
+    for (int id : {kNewGraphRule, kNewKoralModule, kNewKoralInterpreter})
         file->Enable(id, false);
 
     auto* vellum = new wxMenu;
@@ -37,6 +37,18 @@ void MainFrame::buildMenus() {
     SetMenuBar(bar);
     Bind(wxEVT_MENU, &MainFrame::onExit, this, kExit);
     Bind(wxEVT_MENU, &MainFrame::onAbout, this, kAbout);
+    Bind(wxEVT_MENU, &MainFrame::onNewGraph, this, kNewGraph);
+}
+
+GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
+    auto* editor = new GraphEditorFrame(this);
+    if (!fileName.empty())
+        editor->loadGraph(fileName);
+    return editor;
+}
+
+void MainFrame::onNewGraph(wxCommandEvent&) {
+    openGraphEditor();
 }
 
 void MainFrame::onExit(wxCommandEvent&) {

@@ -4,8 +4,11 @@
 
 #include "app/ConsoleFrame.h"
 #include "app/LogoCanvas.h"
+#include "gui/GraphEditorFrame.h"
 
 #include <wx/frame.h>
+
+#include <string>
 
 namespace vellum {
 
@@ -22,12 +25,17 @@ class MainFrame : public wxFrame {
     MainFrame(const wxString& title, const wxPoint& position, const wxSize& size);
 
     ConsoleFrame* consoleFrame() const { return console_; }
+    // Opens a graph editor on a new untitled graph, or on `fileName` when one is given (an
+    // editor whose file would not load says why on the console and stays untitled). The editor
+    // is a frame of its own, closed with this one.
+    GraphEditorFrame* openGraphEditor(const std::string& fileName = {});
     LogoCanvas* logoCanvas() const { return canvas_; }
 
   private:
     void buildMenus();
     void onExit(wxCommandEvent& event);
     void onAbout(wxCommandEvent& event);
+    void onNewGraph(wxCommandEvent& event);
 
     LogoCanvas* canvas_;     // child window, owned by the frame
     ConsoleFrame* console_;  // child frame, destroyed with this one

@@ -4,13 +4,17 @@
 
 #include "app/MainFrame.h"
 
+#include <string>
+#include <vector>
+
 namespace vellum {
 
 inline constexpr char kVersionLine[] = "Vellum v2 r5";
 inline constexpr char kCopyrightLine[] = "Copyright (c) 2026 the Vellum developers";
 
-// Opens the main frame and writes the banner. The frame belongs to the toolkit, like every
-// top-level window; closing it ends the program.
-MainFrame* startUp();
+// Opens the main frame and writes the banner, then a graph editor for each graph file (".dg")
+// among `files`; other files are named on the console as not opened. The frame belongs to the
+// toolkit, like every top-level window; closing it ends the program.
+MainFrame* startUp(const std::vector<std::string>& files = {});
 
 }  // namespace vellum

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -17,7 +18,10 @@ class VellumApp : public wxApp {
   public:
     bool OnInit() override {
         // The console keeps echoing to standard output: useful when started from a terminal.
-        SetTopWindow(vellum::startUp());
+        std::vector<std::string> files;
+        for (int i = 1; i < argc; ++i)
+            files.push_back(argv[i].utf8_string());
+        SetTopWindow(vellum::startUp(files));
         return true;
     }
 };

@@ -4,6 +4,7 @@
 #include "app/Resources.h"
 #include "app/Startup.h"
 #include "base/Console.h"
+#include "gui/GraphEditorFrame.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -225,7 +226,7 @@ TEST_F(AppGuiTest, FramesHaveTheirTitlesPlacementAndIcon) {
 
 TEST_F(AppGuiTest, MenusHaveTheirLabelsIdsAndStates) {
     expectMenus(main_->GetMenuBar(), {{"&File",
-                                       {{"&New graph...", 7, false},
+                                       {{"&New graph...", 7, true},
                                         {"&New graphrule...", 8, false},
                                         {"&New Koral module...", 9, false},
                                         {"&New Koral interpreter...", 10, false},
@@ -259,6 +260,29 @@ TEST_F(AppGuiTest, AboutIsAcceptedAndExitClosesBothFrames) {
     // The console frame's sink is gone with it: writing goes on without it.
     console() << "still logging\n";
     EXPECT_EQ(capture_.text(), kBanner + "still logging\n");
+}
+
+TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
+    EXPECT_TRUE(command(main_, MainFrame::kNewGraph));
+    auto* editor = dynamic_cast<GraphEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->GetTitle(), "3D Graph Editor - untitled");
+    EXPECT_TRUE(editor->IsShown());
+
+    test::TempFolder folder;
+    const std::string graph = folder.path("two.dg");
+    ASSERT_TRUE(editor->document().insertVertex("cube", {}));
+    ASSERT_TRUE(editor->saveGraph(graph));
+    main_->Destroy();
+    wxTheApp->ProcessIdle();
+
+    main_ = startUp({graph, "notes.txt"});
+    editor = dynamic_cast<GraphEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->GetTitle(), "3D Graph Editor - " + graph);
+    EXPECT_EQ(editor->document().graph().vertexCount(), 1u);
+    EXPECT_NE(capture_.text().find("Not opened: 'notes.txt' is no graph file (.dg)."),
+              std::string::npos);
 }
 
 TEST_F(AppGuiTest, SaveWritesExactlyTheConsoleTextOverAnExistingFile) {
