@@ -1,6 +1,5 @@
 #include "gui/GraphEditorFrame.h"
 
-#include <wx/app.h>
 #include <wx/bmpbndl.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
@@ -327,10 +326,8 @@ void GraphEditorFrame::layoutGraph() {
     if (m_prompts->showModal(dialog) != wxID_OK || !dialog.library())
         return;
     m_tool.cancel();
-    report(m_document.layout(*dialog.library(), [this] {
-        m_canvas->paintNow();
-        wxTheApp->Yield(true);
-    }));
+    // Painting at once shows the progress without handing control to the user mid-layout.
+    report(m_document.layout(*dialog.library(), [this] { m_canvas->paintNow(); }));
     documentChanged();
 }
 
@@ -393,7 +390,11 @@ void GraphEditorFrame::changeRepresentation() {
                                 [this] { return chooseModel(); });
     if (m_prompts->showModal(dialog) != wxID_OK)
         return;
-    report(m_document.setLook(*vertex, dialog.representation(), toRgb(dialog.colour())));
+    // A colour left alone keeps its exact value, which the dialog's bytes would round.
+    std::optional<TPXrgb> colour;
+    if (dialog.colour() != toWxColour(look.colour))
+        colour = toRgb(dialog.colour());
+    report(m_document.setLook(*vertex, dialog.representation(), colour));
     documentChanged();
 }
 

@@ -40,11 +40,13 @@ TPXgroundSettings GroundDialog::settings() const {
     settings.size = m_size->GetValue();
     settings.cells = m_cells->GetValue();
     settings.level = m_level->GetValue();
-    settings.colour = toRgb(m_colour->GetColour());
+    const wxColour chosen = m_colour->GetColour();
+    settings.colour = chosen == toWxColour(m_initial.colour) ? m_initial.colour : toRgb(chosen);
     return settings;
 }
 
 void GroundDialog::setSettings(const TPXgroundSettings& settings) {
+    m_initial = settings;
     m_size->SetValue(settings.size);
     m_cells->SetValue(settings.cells);
     m_level->SetValue(settings.level);

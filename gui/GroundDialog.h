@@ -17,6 +17,9 @@ class GroundDialog : public wxDialog {
     void setSettings(const TPXgroundSettings& settings);
 
   private:
+    // What the dialog opened with: a colour left alone keeps its exact value, which the
+    // picker's bytes would round.
+    TPXgroundSettings m_initial;
     wxSpinCtrlDouble* m_size;
     wxSpinCtrl* m_cells;
     wxSpinCtrlDouble* m_level;

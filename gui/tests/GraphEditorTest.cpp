@@ -16,15 +16,19 @@
 #include <vector>
 
 #include "base/Console.h"
+#include "base/Paths.h"
 #include "graph/DirectedGraphEdge.h"
 #include "graph/DirectedGraphVertex.h"
 #include "gui/AttributesDialog.h"
 #include "gui/GraphEditorFrame.h"
+#include "gui/GroundDialog.h"
+#include "gui/LayoutDialog.h"
 #include "gui/RepresentationDialog.h"
 #include "gui/tests/GuiToolkit.h"
 #include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/tests/OffscreenFixture.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {
@@ -468,6 +472,54 @@ TEST_F(GraphEditorTest, RightClickOnAnObjectOffersItsMenuAndRunsTheChoice) {
     prompts_->menuChoice = "Delete";
     mouse(wxEVT_RIGHT_DOWN, centre_);
     EXPECT_EQ(graph().vertexCount(), 1u);
+}
+
+TEST_F(GraphEditorTest, LayoutDialogListsTheLibrariesAndTheChosenOnePlacesTheVertices) {
+    test::ScopedEnvironment folder{"VellumLayout", pluginDirectory() + "/"};
+    test::ScopedEnvironment settings{"VELLUM_FORCE3D", "mode=full, iterations=20"};
+    DirectedGraphVertex* a = insertAt(ToolbarTool::VertexSphere, centre_);
+    DirectedGraphVertex* b = insertAt(ToolbarTool::VertexSphere, centre_);
+    ASSERT_TRUE(a && b);
+    frame_->document().connect(*a, *b);
+    std::string description;
+    prompts_->onDialog = [&](wxDialog& dialog) {
+        auto* layout = dynamic_cast<LayoutDialog*>(&dialog);
+        if (!layout)
+            return wxID_CANCEL;
+        EXPECT_FALSE(layout->choose("no-such-layout"));
+        EXPECT_TRUE(layout->choose("force3d"));
+        description = layout->description().utf8_string();
+        return layout->library() ? wxID_OK : wxID_CANCEL;
+    };
+    command(GraphEditorFrame::kLayoutGraph);
+    EXPECT_FALSE(description.empty());
+    EXPECT_EQ(description.find("Could not load"), std::string::npos) << description;
+    const TPXp3 pa = positionOf(*a), pb = positionOf(*b);
+    EXPECT_FALSE(pa.x() == pb.x() && pa.y() == pb.y() && pa.z() == pb.z())
+        << "the layout should have pulled the two vertices apart";
+    EXPECT_TRUE(prompts_->asked.empty()) << messages();
+    frame_->undo();
+    EXPECT_DOUBLE_EQ(positionOf(*a).x(), positionOf(*b).x());
+}
+
+TEST_F(GraphEditorTest, GroundDialogSettingsReachTheCanvas) {
+    TPXgroundSettings wanted;
+    wanted.size = 8;
+    wanted.cells = 4;
+    wanted.level = -2;
+    wanted.colour = {1, 0, 0};
+    prompts_->onDialog = [&](wxDialog& dialog) {
+        auto* ground = dynamic_cast<GroundDialog*>(&dialog);
+        if (!ground)
+            return wxID_CANCEL;
+        EXPECT_EQ(ground->settings(), frame_->canvas().helpers().groundSettings());
+        ground->setSettings(wanted);
+        return wxID_OK;
+    };
+    command(GraphEditorFrame::kGround);
+    EXPECT_EQ(frame_->canvas().helpers().groundSettings(), wanted);
+    command(GraphEditorFrame::kSolidGround);
+    EXPECT_EQ(frame_->canvas().helpers().groundMode(), TPXgroundMode::Solid);
 }
 
 TEST_F(GraphEditorTest, ScreenshotFileShowsTheInsertedVertex) {
