@@ -1,5 +1,7 @@
 #include "gui/EditingTool.h"
 
+#include <wx/dcclient.h>
+
 #include <cmath>
 
 #include "graph/DirectedGraphVertex.h"
@@ -59,6 +61,7 @@ void EditingTool::cancel() {
         m_document.cancelGesture();
     m_dragFrom.reset();
     m_source = nullptr;
+    m_preview.reset();
 }
 
 bool EditingTool::onCanvasMouse(TPXCanvas& canvas, const wxMouseEvent& event) {
@@ -75,6 +78,10 @@ bool EditingTool::onCanvasMouse(TPXCanvas& canvas, const wxMouseEvent& event) {
     }
     if (event.LeftDown() && !event.ShiftDown())
         return press(canvas, at);
+    if (m_source && event.Moving()) {
+        showPreview(canvas, at);
+        return false;  // the canvas still sees the mouse move
+    }
     if (m_dragFrom && event.Dragging() && event.LeftIsDown()) {
         const wxSize size = canvas.GetClientSize();
         const TPXp3 offset =
@@ -143,6 +150,7 @@ void EditingTool::insertAt(TPXCanvas& canvas, const wxPoint& at) {
 
 void EditingTool::connectAt(TPXCanvas& canvas, const wxPoint& at) {
     DirectedGraphVertex* vertex = vertexAt(canvas, at);
+    m_preview.reset();
     if (!vertex) {
         m_source = nullptr;  // a click beside every vertex starts over
     } else if (!m_source) {
@@ -156,6 +164,22 @@ void EditingTool::connectAt(TPXCanvas& canvas, const wxPoint& at) {
         }
     }
     changed(canvas);
+}
+
+void EditingTool::showPreview(TPXCanvas& canvas, const wxPoint& mouse) {
+    const TPXnode* object = m_document.scene().objectOf(*m_source);
+    const wxSize size = canvas.GetClientSize();
+    const auto from =
+        object ? windowPoint(canvas.camera(), object->placement().position, size.x, size.y)
+               : std::nullopt;
+    if (!from)
+        return;
+    m_preview = Preview{*from, mouse};
+    // Drawn over the finished picture: the scene and its history stay as they are.
+    canvas.paintNow();
+    wxClientDC dc(&canvas);
+    dc.SetPen(wxPen(*wxYELLOW, 2, wxPENSTYLE_SHORT_DASH));
+    dc.DrawLine(m_preview->from, m_preview->to);
 }
 
 DirectedGraphVertex* EditingTool::vertexAt(TPXCanvas& canvas, const wxPoint& at) {
@@ -187,6 +211,17 @@ TPXp3 EditingTool::insertionPoint(const TPXcamera& camera, TPXviewMode mode, dou
         return {};
     const TPXp3 point = ray.origin + ray.direction * t;
     return {point.x(), 0.0, point.z()};
+}
+
+std::optional<wxPoint> EditingTool::windowPoint(const TPXcamera& camera, const TPXp3& point,
+                                                int width, int height) {
+    const TPXp3 seen = point - camera.eye();
+    const double depth = dot(seen, camera.forward());
+    if (depth <= camera.nearPlane())
+        return std::nullopt;
+    const double scale = camera.pixelsPerUnit(std::max(height, 1)) / depth;
+    return wxPoint(static_cast<int>(std::lround(width / 2.0 + dot(seen, camera.right()) * scale)),
+                   static_cast<int>(std::lround(height / 2.0 - dot(seen, camera.up()) * scale)));
 }
 
 TPXp3 EditingTool::gestureOffset(Gesture gesture, const TPXcamera& camera, double dx, double dy,

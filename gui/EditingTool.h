@@ -53,6 +53,12 @@ class EditingTool : public TPXCanvasMouseHandler {
     void cancel();
     // The source vertex of a connection waiting for its target, or null.
     DirectedGraphVertex* connectionSource() const { return m_source; }
+    // The edge preview of a connection waiting for its target, in window points: from the
+    // source to the mouse; none while nothing is previewed.
+    struct Preview {
+        wxPoint from, to;
+    };
+    const std::optional<Preview>& preview() const { return m_preview; }
 
     bool onCanvasMouse(TPXCanvas& canvas, const wxMouseEvent& event) override;
 
@@ -68,11 +74,18 @@ class EditingTool : public TPXCanvasMouseHandler {
     static TPXp3 gestureOffset(Gesture gesture, const TPXcamera& camera, double dx, double dy,
                                int height, double depth);
 
+    // Where the world point `point` appears in a viewport `width` x `height` pixels; none
+    // behind the viewer.
+    static std::optional<wxPoint> windowPoint(const TPXcamera& camera, const TPXp3& point,
+                                              int width, int height);
+
   private:
     bool press(TPXCanvas& canvas, const wxPoint& at);
     bool startGesture(TPXCanvas& canvas, const wxPoint& at, Gesture gesture);
     void insertAt(TPXCanvas& canvas, const wxPoint& at);
     void connectAt(TPXCanvas& canvas, const wxPoint& at);
+    // Draws the picture with the line from the connection's source to the mouse over it.
+    void showPreview(TPXCanvas& canvas, const wxPoint& mouse);
     // The vertex under window point `at`, or null; selects what it picks.
     DirectedGraphVertex* vertexAt(TPXCanvas& canvas, const wxPoint& at);
     void changed(TPXCanvas& canvas);
@@ -84,6 +97,7 @@ class EditingTool : public TPXCanvasMouseHandler {
     std::optional<wxPoint> m_dragFrom;
     double m_depth = 1.0;
     DirectedGraphVertex* m_source = nullptr;  // cleared by cancel() before it could dangle
+    std::optional<Preview> m_preview;
 };
 
 }  // namespace vellum

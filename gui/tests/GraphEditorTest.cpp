@@ -261,8 +261,15 @@ TEST_F(GraphEditorTest, ConnectJoinsTheFirstClickedVertexToTheSecond) {
     EXPECT_EQ(frame_->tool().connectionSource(), nullptr);
     click(left);
     EXPECT_EQ(frame_->tool().connectionSource(), source);
+    // The preview runs from the source, under the first click, to the mouse.
+    mouse(wxEVT_MOTION, centre_ + wxPoint(20, 70));
+    ASSERT_TRUE(frame_->tool().preview().has_value());
+    EXPECT_LE(std::abs(frame_->tool().preview()->from.x - left.x), 2);
+    EXPECT_LE(std::abs(frame_->tool().preview()->from.y - left.y), 2);
+    EXPECT_EQ(frame_->tool().preview()->to, centre_ + wxPoint(20, 70));
     click(right);
     ASSERT_EQ(graph().edgeCount(), 1u);
+    EXPECT_FALSE(frame_->tool().preview().has_value());
     const DirectedGraphEdge& edge = *graph().edges().begin();
     EXPECT_EQ(edge.source(), source);
     EXPECT_EQ(edge.target(), target);
