@@ -76,7 +76,7 @@ wxBitmapBundle bundleOf(const ToolIcon& icon) {
 
 GraphEditorFrame::GraphEditorFrame(wxWindow* parent, std::unique_ptr<EditorPrompts> prompts)
     : wxFrame(parent, wxID_ANY, wxString(titlePrefix) + "untitled", wxDefaultPosition,
-              wxSize(960, 700)),
+              wxSize(1040, 700)),
       m_prompts(prompts ? std::move(prompts) : std::make_unique<EditorPrompts>()),
       m_tool(m_document, EditingTool::Hooks{
                              [this] { documentChanged(); },
