@@ -38,6 +38,7 @@ void MainFrame::buildMenus() {
     Bind(wxEVT_MENU, &MainFrame::onExit, this, kExit);
     Bind(wxEVT_MENU, &MainFrame::onAbout, this, kAbout);
     Bind(wxEVT_MENU, &MainFrame::onNewGraph, this, kNewGraph);
+    Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
 }
 
 GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
@@ -52,7 +53,20 @@ void MainFrame::onNewGraph(wxCommandEvent&) {
 }
 
 void MainFrame::onExit(wxCommandEvent&) {
-    Close(true);
+    Close();
+}
+
+// The editors close with this frame, so each with unsaved changes asks first; one answered "no"
+// keeps the program open.
+void MainFrame::onClose(wxCloseEvent& event) {
+    if (event.CanVeto())
+        for (wxWindow* child : GetChildren())
+            if (auto* editor = dynamic_cast<GraphEditorFrame*>(child);
+                editor && !editor->confirmDiscard()) {
+                event.Veto();
+                return;
+            }
+    event.Skip();
 }
 
 // Accepted and deliberately ignored: the program has no about box.

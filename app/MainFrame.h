@@ -34,6 +34,7 @@ class MainFrame : public wxFrame {
   private:
     void buildMenus();
     void onExit(wxCommandEvent& event);
+    void onClose(wxCloseEvent& event);
     void onAbout(wxCommandEvent& event);
     void onNewGraph(wxCommandEvent& event);
 

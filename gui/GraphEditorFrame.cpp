@@ -92,6 +92,10 @@ GraphEditorFrame::GraphEditorFrame(wxWindow* parent, std::unique_ptr<EditorPromp
     Show();
 }
 
+void GraphEditorFrame::setPrompts(std::unique_ptr<EditorPrompts> prompts) {
+    m_prompts = prompts ? std::move(prompts) : std::make_unique<EditorPrompts>();
+}
+
 GraphEditorFrame::~GraphEditorFrame() {
     // The canvas is destroyed after this body, with the document it shows already gone.
     m_canvas->setMouseHandler(nullptr);

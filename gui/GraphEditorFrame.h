@@ -61,6 +61,8 @@ class GraphEditorFrame : public wxFrame {
     TPXCanvas& canvas() { return *m_canvas; }
     EditingTool& tool() { return m_tool; }
     EditorPrompts& prompts() { return *m_prompts; }
+    // Null: the toolkit's boxes again.
+    void setPrompts(std::unique_ptr<EditorPrompts> prompts);
 
     // Commands, as the menus run them. Each asks its questions through the prompts.
     void newGraph();

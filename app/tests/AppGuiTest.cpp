@@ -285,6 +285,41 @@ TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
               std::string::npos);
 }
 
+// Answers every message box with `answer` and counts them.
+class AnsweringPrompts : public EditorPrompts {
+  public:
+    explicit AnsweringPrompts(int answer, int& asked) : m_answer(answer), m_asked(asked) {}
+    int message(wxWindow*, const wxString&, const wxString&, long) override {
+        ++m_asked;
+        return m_answer;
+    }
+
+  private:
+    int m_answer;
+    int& m_asked;
+};
+
+TEST_F(AppGuiTest, ExitAsksForEachModifiedEditorAndStaysOpenOnNo) {
+    EXPECT_TRUE(command(main_, MainFrame::kNewGraph));
+    auto* editor = dynamic_cast<GraphEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    ASSERT_TRUE(editor->document().insertVertex("sphere", {}));
+    int asked = 0;
+    editor->setPrompts(std::make_unique<AnsweringPrompts>(wxNO, asked));
+    EXPECT_TRUE(command(main_, MainFrame::kExit));
+    wxTheApp->ProcessIdle();
+    EXPECT_EQ(asked, 1);
+    ASSERT_NE(wxTopLevelWindows.Find(main_), nullptr) << "the edits were thrown away unasked";
+    EXPECT_NE(wxTopLevelWindows.Find(editor), nullptr);
+
+    editor->setPrompts(std::make_unique<AnsweringPrompts>(wxYES, asked));
+    EXPECT_TRUE(command(main_, MainFrame::kExit));
+    wxTheApp->ProcessIdle();
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(wxTopLevelWindows.GetCount(), 0u);
+    main_ = nullptr;
+}
+
 TEST_F(AppGuiTest, SaveWritesExactlyTheConsoleTextOverAnExistingFile) {
     ScratchFolder folder;
     const fs::path target = folder.path() / "log.txt";
