@@ -80,6 +80,8 @@ EditResult GraphDocument::load(const std::string& fileName) {
     m_graph.swap(*loaded);
     loaded.reset();
     m_fileName = fileName;
+    // Shown as the picture commands show it; the positions reach the file only when saved.
+    setOutUnplaced(m_graph);
     rebuildScene();
     return EditResult::success();
 }

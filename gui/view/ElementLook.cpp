@@ -1,6 +1,7 @@
 #include "gui/view/ElementLook.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "graph/IntegerAttribute.h"
@@ -86,6 +87,25 @@ void setLink(GraphObject& object, int identity) {
         return;
     }
     object.setAttribute(std::make_unique<IntegerAttribute>(look::link, identity));
+}
+
+void placeOnCircle(DirectedGraphVertex& vertex, std::size_t index, std::size_t count) {
+    if (vertex.findAttribute(look::position))
+        return;
+    const double radius = count < 2 ? 0.0 : 0.6 * static_cast<double>(count) / 3.14159265359 + 0.6;
+    const double a = 6.28318530718 * static_cast<double>(index) / static_cast<double>(count);
+    vertex.setAttribute(std::make_unique<VectorAttribute>(
+        look::position, std::vector<double>{radius * std::sin(a), radius * std::cos(a), 0}));
+}
+
+bool setOutUnplaced(DirectedGraph& graph) {
+    for (const DirectedGraphVertex& vertex : graph.vertices())
+        if (vertex.findAttribute(look::position))
+            return false;
+    std::size_t index = 0;
+    for (DirectedGraphVertex& vertex : graph.vertices())
+        placeOnCircle(vertex, index++, graph.vertexCount());
+    return index > 0;
 }
 
 void writePlacement(DirectedGraphVertex& vertex, const TPXp3& position, const TPXp3& orientation,

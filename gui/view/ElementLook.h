@@ -4,8 +4,10 @@
 // added. Attributes of the wrong type or length read as their defaults, component by component.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
+#include "graph/DirectedGraph.h"
 #include "graph/DirectedGraphEdge.h"
 #include "graph/DirectedGraphVertex.h"
 #include "tpx/TPXmaterial.h"
@@ -43,6 +45,13 @@ EdgeLook readEdgeLook(const DirectedGraphEdge& edge);
 
 // Sets the integer "__link__" of `object` to `identity`, creating it if needed.
 void setLink(GraphObject& object, int identity);
+
+// Gives `vertex`, when it has no "position", place `index` of `count` round a circle in the
+// x-y plane, wide enough that default shapes do not touch.
+void placeOnCircle(DirectedGraphVertex& vertex, std::size_t index, std::size_t count);
+// A graph that was never laid out would be one heap at the origin: when no vertex has a
+// position, sets every vertex out on a circle in graph order. True when it did.
+bool setOutUnplaced(DirectedGraph& graph);
 
 // Writes a moved, turned or scaled object's placement back into "position", "orientation"
 // and "scale" (created if missing).

@@ -7,6 +7,7 @@
 
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
+#include "gui/view/ElementLook.h"
 #include "gui/view/GraphScene.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/TPXcamera.h"
@@ -73,16 +74,6 @@ void setColour(DirectedGraphVertex& vertex, const TPXrgb& colour) {
         "color", std::vector<double>{colour.r, colour.g, colour.b}));
 }
 
-// Puts a vertex without a position at place `index` of `count` round a circle.
-void placeIfUnplaced(DirectedGraphVertex& vertex, std::size_t index, std::size_t count) {
-    if (vertex.findAttribute("position"))
-        return;
-    const double radius = count < 2 ? 0.0 : 0.6 * static_cast<double>(count) / 3.14159265359 + 0.6;
-    const double a = 6.28318530718 * static_cast<double>(index) / static_cast<double>(count);
-    vertex.setAttribute(std::make_unique<VectorAttribute>(
-        "position", std::vector<double>{radius * std::sin(a), radius * std::cos(a), 0}));
-}
-
 // Marks the rule's sides for its picture: pair numbers and colours, places on a circle.
 void prepareSides(DirectedGraphRule& rule) {
     DirectedGraph& left = rule.editLeftSide();
@@ -102,7 +93,7 @@ void prepareSides(DirectedGraphRule& rule) {
         const std::size_t index = next++;
         if (found != number.end())
             slot[found->second] = index;
-        placeIfUnplaced(vertex, index, count);
+        placeOnCircle(vertex, index, count);
     }
     std::size_t free = left.vertexCount();
     for (DirectedGraphVertex& vertex : right.vertices()) {
@@ -110,7 +101,7 @@ void prepareSides(DirectedGraphRule& rule) {
         const std::size_t index =
             found != number.end() && slot.count(found->second) ? slot[found->second] : free++;
         count = std::max(count, free);
-        placeIfUnplaced(vertex, index, std::max(count, index + 1));
+        placeOnCircle(vertex, index, std::max(count, index + 1));
     }
     for (DirectedGraph* side : {&left, &right})
         for (DirectedGraphVertex& vertex : side->vertices()) {
@@ -130,15 +121,8 @@ void prepareSides(DirectedGraphRule& rule) {
 
 std::optional<TPXimage> graphPicture(DirectedGraph& graph, const std::string& modelFolder,
                                      const PictureOptions& options, std::string& error) {
-    // A graph that was never laid out would be one heap at the origin: its vertices are set out
-    // on a circle for the picture (the file is not changed).
-    const bool unplaced = std::none_of(
-        graph.vertices().begin(), graph.vertices().end(),
-        [](const DirectedGraphVertex& v) { return v.findAttribute("position") != nullptr; });
-    std::size_t index = 0;
-    if (unplaced)
-        for (DirectedGraphVertex& vertex : graph.vertices())
-            placeIfUnplaced(vertex, index++, graph.vertexCount());
+    // The file is not changed: the circle is the picture's only.
+    setOutUnplaced(graph);
     GraphScene scene(modelFolder);
     scene.build(graph);
     return draw(scene, options, error);

@@ -79,6 +79,21 @@ TEST(GraphDocument, AFailedLoadKeepsGraphNameHistoryAndGivesTheReport) {
     EXPECT_EQ(p.document.scene().vertexCount(), 2u);
 }
 
+TEST(GraphDocument, AGraphWithoutPositionsIsSetOutOnACircleUnmodified) {
+    test::TempFolder folder;
+    const std::string heap =
+        folder.write("heap.dg", "directed graph { vertex 1 vertex 2 vertex 3 edge 1 -> 2 }");
+    GraphDocument document;
+    ASSERT_TRUE(document.load(heap));
+    std::vector<std::vector<double>> places;
+    for (const DirectedGraphVertex& vertex : document.graph().vertices())
+        places.push_back(vectorOf(vertex, "position"));
+    ASSERT_EQ(places.size(), 3u);
+    EXPECT_NE(places[0], places[1]);
+    EXPECT_NE(places[1], places[2]);
+    EXPECT_FALSE(document.modified());
+}
+
 TEST(GraphDocument, RefusesWhatAGraphFileCannotCarry) {
     struct Row {
         const char* what;
