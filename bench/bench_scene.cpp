@@ -30,7 +30,7 @@
 #include <string>
 #include <vector>
 
-#include "graph/DirectedGraph.h"
+#include "bench/BenchGraph.h"
 #include "graph/VectorAttribute.h"
 #include "gui/view/GraphScene.h"
 #include "gui/view/SceneChanges.h"
@@ -42,25 +42,21 @@
 
 namespace {
 
-using vellum::DirectedGraph;
 using vellum::DirectedGraphEdge;
 using vellum::DirectedGraphVertex;
 using vellum::GraphScene;
 using vellum::TPXp3;
-using Clock = std::chrono::steady_clock;
+using vellum::bench::Clock;
+using vellum::bench::secondsSince;
+using vellum::bench::TestGraph;
 
 constexpr int kWidth = 1024;
 constexpr int kHeight = 768;
-constexpr double kSpacing = 2.0;      // grid step between vertices, world units
 constexpr double kSkipSeconds = 5.0;  // frames slower than this are not measured
 constexpr double kFrameBudget = 4.0;  // seconds spent measuring one kind of frame
 constexpr int kMaxFrames = 10;
 constexpr int kUpdates = 2000;
 constexpr int kPickRounds = 20;
-
-double secondsSince(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
 
 double residentBytes() {
     std::ifstream statm("/proc/self/statm");
@@ -73,50 +69,6 @@ double residentBytes() {
 double heapBytes() {
     const struct mallinfo2 info = mallinfo2();
     return static_cast<double>(info.uordblks + info.hblkhd);
-}
-
-// The graph under test with the vertices in creation order and the shown edges, so that steps
-// can pick random elements in constant time.
-struct TestGraph {
-    DirectedGraph graph;
-    std::vector<DirectedGraphVertex*> vertices;
-    std::vector<DirectedGraphEdge*> edges;
-};
-
-TPXp3 gridPoint(std::size_t i, std::size_t side) {
-    return TPXp3(static_cast<double>(i % side), static_cast<double>(i / side % side),
-                 static_cast<double>(i / side / side)) *
-           kSpacing;
-}
-
-// The vertex next to `i` on the grid along a random axis and direction (back when the grid ends).
-std::size_t neighbour(std::size_t i, std::size_t side, std::size_t count, std::mt19937& random) {
-    const std::size_t steps[3] = {1, side, side * side};
-    const std::size_t step = steps[random() % 3];
-    const bool up = random() % 2 == 0;
-    if ((up && i + step < count) || i < step)
-        return std::min(i + step, count - 1);
-    return i - step;
-}
-
-void makeGraph(TestGraph& g, std::size_t vertexCount, std::mt19937& random, bool near) {
-    const auto side = static_cast<std::size_t>(std::ceil(std::cbrt(double(vertexCount)) - 1e-9));
-    for (std::size_t i = 0; i < vertexCount; ++i) {
-        DirectedGraphVertex* v = g.graph.createVertex();
-        v->setLabel("v" + std::to_string(i));
-        const TPXp3 p = gridPoint(i, side);
-        v->addAttribute(std::make_unique<vellum::VectorAttribute>(
-            "position", std::vector<double>{p.x(), p.y(), p.z()}));
-        g.vertices.push_back(v);
-    }
-    std::uniform_int_distribution<std::size_t> pick(0, vertexCount - 1);
-    for (std::size_t i = 0; i < 2 * vertexCount; ++i) {
-        const std::size_t from = pick(random);
-        const std::size_t to = near ? neighbour(from, side, vertexCount, random) : pick(random);
-        DirectedGraphEdge* e = g.graph.createEdge(g.vertices[from], g.vertices[to]);
-        e->setLabel("e" + std::to_string(i));
-        g.edges.push_back(e);
-    }
 }
 
 // 1. Builds `scene` from the graph and prints the time and the memory it took per element.
@@ -387,7 +339,7 @@ void runSize(std::size_t vertexCount, vellum::TPXrenderer& renderer, const std::
              bool near) {
     std::mt19937 random(20240613);
     auto g = std::make_unique<TestGraph>();
-    makeGraph(*g, vertexCount, random, near);
+    vellum::bench::makeGraph(*g, vertexCount, random, near);
     std::printf("\n%zu vertices, %zu edges %s, every element labelled\n", g->vertices.size(),
                 g->edges.size(), near ? "between grid neighbours" : "between random vertices");
 
@@ -450,9 +402,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "bench_scene: no OpenGL: %s\n", error.c_str());
         return 1;
     }
-    std::string load;
-    std::getline(std::ifstream("/proc/loadavg"), load);
-    std::printf("load average at the start: %s\n", load.c_str());
+    vellum::bench::printLoadAverage();
     std::printf("OpenGL: %s, %dx%d offscreen, perspective camera fitted to the graph\n",
                 reinterpret_cast<const char*>(glGetString(GL_RENDERER)), kWidth, kHeight);
     vellum::TPXrenderer renderer;
