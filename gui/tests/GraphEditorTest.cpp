@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 #include <wx/menu.h>
 
+#include <array>
 #include <chrono>
 #include <deque>
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -19,6 +21,8 @@
 #include "base/Paths.h"
 #include "graph/DirectedGraphEdge.h"
 #include "graph/DirectedGraphVertex.h"
+#include "graph/GraphReader.h"
+#include "gui/AttributeText.h"
 #include "gui/AttributesDialog.h"
 #include "gui/GraphEditorFrame.h"
 #include "gui/GroundDialog.h"
@@ -507,6 +511,103 @@ TEST_F(GraphEditorTest, LayoutDialogListsTheLibrariesAndTheChosenOnePlacesTheVer
     EXPECT_TRUE(prompts_->asked.empty()) << messages();
     frame_->undo();
     EXPECT_DOUBLE_EQ(positionOf(*a).x(), positionOf(*b).x());
+}
+
+// A user's whole session: the small factory of the Petri-net example built from nothing with
+// the mouse (shapes, arcs, labels and attributes), laid out, saved and loaded again; the file
+// holds the example's net.
+TEST_F(GraphEditorTest, PetriNetBuiltWithTheMouseLaidOutSavedAndReloaded) {
+    test::ScopedEnvironment layouts{"VellumLayout", pluginDirectory() + "/"};
+    test::ScopedEnvironment settings{"VELLUM_FORCE3D", "mode=full, iterations=20"};
+    struct Node {
+        ToolbarTool shape;
+        wxPoint at;
+        const char* label;
+        const char* name;
+        int tokens;  // -1: none
+    };
+    const Node nodes[] = {
+        {ToolbarTool::VertexSphere, centre_ + wxPoint(-160, -90), "place", "ore", 6},
+        {ToolbarTool::VertexSphere, centre_ + wxPoint(0, -90), "place", "metal", 0},
+        {ToolbarTool::VertexSphere, centre_ + wxPoint(-160, 90), "place", "coal", 4},
+        {ToolbarTool::VertexSphere, centre_ + wxPoint(160, 90), "place", "steel", 0},
+        {ToolbarTool::VertexCube, centre_ + wxPoint(-80, -150), "transition", "smelt", -1},
+        {ToolbarTool::VertexCube, centre_ + wxPoint(80, 0), "join", "forge", -1},
+    };
+    const std::pair<int, int> arcs[] = {{0, 4}, {4, 1}, {1, 5}, {2, 5}, {5, 3}};
+    const int weights[] = {2, 1, 1, 1, 1};
+
+    for (const Node& node : nodes)
+        ASSERT_NE(insertAt(node.shape, node.at), nullptr) << node.name;
+    tool(ToolbarTool::Connection, true);
+    for (auto [from, to] : arcs) {
+        click(nodes[from].at);
+        click(nodes[to].at);
+    }
+    ASSERT_EQ(graph().edgeCount(), 5u);
+
+    // Labels and attributes through the dialog, on what a click of the select tool picked.
+    auto edit = [&](wxPoint at, const char* label, std::vector<std::array<std::string, 2>> ints,
+                    const char* name) {
+        tool(ToolbarTool::Select, true);
+        click(at);
+        prompts_->onDialog = [&](wxDialog& dialog) {
+            auto* attributes = dynamic_cast<AttributesDialog*>(&dialog);
+            if (!attributes)
+                return wxID_CANCEL;
+            EXPECT_TRUE(attributes->setLabel(label));
+            if (name)
+                EXPECT_TRUE(attributes->putAttribute("name", AttributeType::String, name));
+            for (const auto& [key, value] : ints)
+                EXPECT_TRUE(attributes->putAttribute(key, AttributeType::Integer, value));
+            return wxID_OK;
+        };
+        command(GraphEditorFrame::kAttributes);
+    };
+    for (const Node& node : nodes) {
+        std::vector<std::array<std::string, 2>> ints;
+        if (node.tokens >= 0)
+            ints.push_back({"tokens", std::to_string(node.tokens)});
+        edit(node.at, node.label, ints, node.name);
+    }
+    for (std::size_t i = 0; i < std::size(arcs); ++i) {
+        const wxPoint middle = (nodes[arcs[i].first].at + nodes[arcs[i].second].at) / 2;
+        edit(middle, "arc", {{"weight", std::to_string(weights[i])}}, nullptr);
+    }
+    EXPECT_TRUE(prompts_->asked.empty()) << messages();
+
+    prompts_->onDialog = [](wxDialog& dialog) {
+        auto* layout = dynamic_cast<LayoutDialog*>(&dialog);
+        return layout && layout->choose("force3d") ? wxID_OK : wxID_CANCEL;
+    };
+    command(GraphEditorFrame::kLayoutGraph);
+    test::TempFolder folder;
+    prompts_->files = {folder.path("factory.dg")};
+    command(GraphEditorFrame::kSaveGraph);
+    command(GraphEditorFrame::kNewGraph);
+    prompts_->files = {folder.path("factory.dg")};
+    command(GraphEditorFrame::kLoadGraph);
+    EXPECT_TRUE(prompts_->asked.empty()) << messages();
+
+    // The net as names and weights: what the example's file says.
+    auto net = [](const DirectedGraph& g) {
+        auto text = [](const GraphObject& element, const char* name) {
+            const Attribute* value = element.findAttribute(name);
+            return value ? attributeText(*value) : std::string("-");
+        };
+        std::multiset<std::string> lines;
+        for (const DirectedGraphVertex& v : g.vertices())
+            lines.insert(v.label() + " " + text(v, "name") + " " + text(v, "tokens"));
+        for (const DirectedGraphEdge& e : g.edges())
+            lines.insert(text(*e.source(), "name") + " -" + e.label() + " " + text(e, "weight") +
+                         "-> " + text(*e.target(), "name"));
+        return lines;
+    };
+    ConsoleCapture quiet;
+    const std::unique_ptr<DirectedGraph> example =
+        loadGraph(VELLUM_EXAMPLES_DIR "/petri/factory.dg");
+    ASSERT_TRUE(example);
+    EXPECT_EQ(net(graph()), net(*example));
 }
 
 TEST_F(GraphEditorTest, GroundDialogSettingsReachTheCanvas) {
