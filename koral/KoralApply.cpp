@@ -200,7 +200,7 @@ void ApplyEvaluation::onEvent(int event, const GraphMorphism* occurrence) {
             frame_->notify(StepIntermediate{graph_});
             break;
         default:
-            frame_->notify(RuleApplied{graph_});
+            frame_->notify(RuleApplied{graph_, occurrence});
             break;
     }
 }

@@ -11,7 +11,7 @@ void KoralFrame::notify(int code, const void* pointer, long a, long b, long c) {
     if (code == kIntermediate && graph != nullptr && a == 0 && b == 0 && c == 0)
         notify(StepIntermediate{*graph});
     else if (code == kRuleApplied && graph != nullptr && a == 0 && b == 0 && c == 0)
-        notify(RuleApplied{*graph});
+        notify(RuleApplied{*graph, nullptr});
     else
         notify(OtherNotification{code, pointer, a, b, c});
 }

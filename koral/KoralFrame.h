@@ -27,6 +27,9 @@ struct StepIntermediate {  // code 2002: deletion is done, creation follows; may
 };
 struct RuleApplied {  // code 2001
     const DirectedGraph& graph;
+    // The occurrence restricted to the host objects the step kept (as kEventApplied gives it),
+    // so that a scene can follow the step; null when a plug-in sent the notification.
+    const GraphMorphism* survivors;
 };
 // A code the program does not send itself, as a plug-in sent it.
 struct OtherNotification {

@@ -30,6 +30,13 @@ class koralUnit {
                               koralSourcePosition position);
     bool hasInitialCondition() const { return initial_ != nullptr; }
     bool hasTerminalCondition() const { return terminal_ != nullptr; }
+    // Where the conditions stand in the module file ("initial : (...)"); null without one.
+    const koralSourcePosition* initialPosition() const {
+        return initial_ ? &initialPosition_ : nullptr;
+    }
+    const koralSourcePosition* terminalPosition() const {
+        return terminal_ ? &terminalPosition_ : nullptr;
+    }
 
     StatementList& body() { return body_; }
     const StatementList& body() const { return body_; }

@@ -1,0 +1,359 @@
+#include "gui/InterpreterFrame.h"
+
+#include <wx/menu.h>
+#include <wx/msgdlg.h>
+
+#include <filesystem>
+
+#include "base/Console.h"
+#include "base/SearchPaths.h"
+#include "graph/GraphReader.h"
+#include "graph/GraphWriter.h"
+#include "gui/InterpreterStepDialog.h"
+#include "gui/UnitChooserDialog.h"
+#include "gui/WxColour.h"
+#include "gui/view/ElementLook.h"
+#include "koral/KoralUnit.h"
+#include "koral/ModuleCache.h"
+
+namespace vellum {
+namespace {
+
+std::string folderOf(const std::string& fileName) {
+    return std::filesystem::path(fileName).parent_path().string();
+}
+
+}  // namespace
+
+// The folder of a module file as the module and rule search path, where the user has set none,
+// for as long as the object lives: the run may look for rules while it goes.
+class InterpreterFrame::ModuleFolder {
+  public:
+    explicit ModuleFolder(const std::string& moduleFile) {
+        std::string folder = folderOf(moduleFile);
+        if (folder.empty())
+            folder = ".";
+        setModules_ = SearchPaths::instance().setDefault("koralModules", folder);
+        setRules_ = SearchPaths::instance().setDefault("koralGraphRules", folder);
+    }
+    ~ModuleFolder() {
+        if (setModules_)
+            SearchPaths::instance().reset("koralModules");
+        if (setRules_)
+            SearchPaths::instance().reset("koralGraphRules");
+    }
+    ModuleFolder(const ModuleFolder&) = delete;
+    ModuleFolder& operator=(const ModuleFolder&) = delete;
+
+  private:
+    bool setModules_ = false;
+    bool setRules_ = false;
+};
+
+InterpreterFrame::InterpreterFrame(wxWindow* parent, std::unique_ptr<EditorPrompts> prompts)
+    : wxFrame(parent, wxID_ANY, title, wxDefaultPosition, wxSize(800, 600)),
+      m_prompts(prompts ? std::move(prompts) : std::make_unique<EditorPrompts>()),
+      m_graph(std::make_unique<DirectedGraph>()),
+      m_listener(*m_graph, m_sceneLock,
+                 InterpreterListener::Hooks{
+                     [this] { m_canvas->requestRepaint(); },
+                     [this] { CallAfter([this] { showStepDialog(); }); },
+                 }),
+      m_watch(this) {
+    buildMenus();
+    CreateStatusBar();
+    m_canvas = new TPXCanvas(this);
+    m_canvas->setLock(&m_sceneLock);
+    showScene();
+    bindEvents();
+    setStatus(idleStatus);
+    enableCommands();
+    Show();
+}
+
+InterpreterFrame::~InterpreterFrame() {
+    endRun();
+    m_canvas->setScene(nullptr);
+}
+
+void InterpreterFrame::buildMenus() {
+    auto* file = new wxMenu;
+    file->Append(kLoadGraph, "&Load initial graph...");
+    file->Append(kSaveGraph, "&Save acutal graph...");
+    file->Append(kScreenshot, "Screens&hot...");
+    file->Append(kExit, "E&xit");
+
+    auto* cpu = new wxMenu;
+    cpu->Append(kStart, "&Start...");
+    cpu->Append(kStep, "St&ep...");
+    cpu->Append(kStop, "S&top...");
+    cpu->Append(kProperties, "&Properties...");
+
+    auto* layout = new wxMenu;
+    layout->Append(kChooseLayout, "Choose l&ayout algorithm...");
+    layout->Append(kConfigureLayout, "Configure l&ayout algorithm...");
+
+    auto* options = new wxMenu;
+    options->Append(kHideGround, "&Hide ground...");
+    options->Append(kWireframeGround, "&Wireframe ground...");
+    options->Append(kSolidGround, "&Solid ground...");
+    options->Append(kTransparentGround, "&Transparent ground...");
+    options->Append(kBackground, "&Background color...");
+
+    auto* bar = new wxMenuBar;
+    bar->Append(file, "&File");
+    bar->Append(cpu, "&CPU");
+    bar->Append(layout, "&Layout");
+    bar->Append(options, "&Options");
+    SetMenuBar(bar);
+}
+
+void InterpreterFrame::bindEvents() {
+    Bind(wxEVT_MENU, &InterpreterFrame::onCommand, this, kLoadGraph, kBackground);
+    Bind(wxEVT_TIMER, &InterpreterFrame::onWatch, this, m_watch.GetId());
+    Bind(wxEVT_CLOSE_WINDOW, &InterpreterFrame::onClose, this);
+}
+
+void InterpreterFrame::enableCommands() {
+    wxMenuBar* bar = GetMenuBar();
+    // The graph belongs to the run while one goes.
+    bar->Enable(kLoadGraph, !m_runActive);
+    bar->Enable(kSaveGraph, !m_runActive);
+    // Not available yet: the CPU properties and the layout algorithms.
+    bar->Enable(kProperties, false);
+    bar->Enable(kChooseLayout, false);
+    bar->Enable(kConfigureLayout, false);
+}
+
+void InterpreterFrame::onCommand(wxCommandEvent& event) {
+    switch (event.GetId()) {
+        case kLoadGraph:
+            loadGraph();
+            return;
+        case kSaveGraph:
+            saveGraph();
+            return;
+        case kScreenshot:
+            screenshot();
+            return;
+        case kExit:
+            Close();
+            return;
+        case kStart:
+            startUnit();
+            return;
+        case kStep:
+            return step();
+        case kStop:
+            return stop();
+        case kHideGround:
+            return setGround(TPXgroundMode::Hidden);
+        case kWireframeGround:
+            return setGround(TPXgroundMode::Wireframe);
+        case kSolidGround:
+            return setGround(TPXgroundMode::Solid);
+        case kTransparentGround:
+            return setGround(TPXgroundMode::Transparent);
+        case kBackground:
+            return chooseBackground();
+        default:
+            return;
+    }
+}
+
+wxString InterpreterFrame::status() const {
+    return GetStatusBar()->GetStatusText();
+}
+
+void InterpreterFrame::setStatus(const wxString& text) {
+    GetStatusBar()->SetStatusText(text);
+}
+
+void InterpreterFrame::setSnooze(int snooze) {
+    m_listener.setSnooze(snooze);
+    if (snooze >= 0)
+        m_listener.setSnoozeAfterGo(snooze);
+}
+
+void InterpreterFrame::showScene() {
+    m_canvas->setScene(nullptr);
+    m_listener.setScene(nullptr);
+    m_scene = std::make_unique<GraphScene>(m_modelFolder);
+    m_scene->build(*m_graph);
+    m_listener.setScene(m_scene.get());
+    m_canvas->setScene(m_scene->root());
+}
+
+bool InterpreterFrame::loadGraph(const std::string& fileName) {
+    if (m_runActive)
+        return false;
+    std::string name = fileName;
+    if (name.empty())
+        name = m_prompts->fileName(this, graphFilter, "dg", false).utf8_string();
+    if (name.empty())
+        return false;
+    // The reader has written why a load failed to the console.
+    std::unique_ptr<DirectedGraph> loaded = vellum::loadGraph(name);
+    if (!loaded) {
+        console() << "The interpreter kept its graph: '" << name << "' could not be loaded.\n";
+        return false;
+    }
+    // The listener holds the graph by reference: the new one takes the old one's place.
+    m_canvas->setScene(nullptr);
+    m_listener.setScene(nullptr);
+    m_scene.reset();
+    m_graph->swap(*loaded);
+    loaded.reset();
+    setOutUnplaced(*m_graph);
+    // Model files are found beside the graph file.
+    m_modelFolder = folderOf(name);
+    showScene();
+    m_canvas->zoomToFit();
+    return true;
+}
+
+bool InterpreterFrame::saveGraph(const std::string& fileName) {
+    if (m_runActive)
+        return false;
+    std::string name = fileName;
+    if (name.empty())
+        name = m_prompts->fileName(this, graphFilter, "dg", true).utf8_string();
+    if (name.empty())
+        return false;
+    ConsoleCapture report(true);
+    if (vellum::saveGraph(*m_graph, name))
+        return true;
+    m_prompts->message(this, wxString::FromUTF8(report.text()), "Alert", wxOK | wxICON_ERROR);
+    return false;
+}
+
+bool InterpreterFrame::screenshot(const std::string& fileName) {
+    std::string name = fileName;
+    if (name.empty())
+        name = m_prompts->fileName(this, pictureFilter, "ppm", true).utf8_string();
+    if (name.empty())
+        return false;
+    if (m_canvas->screenshot().write(name))
+        return true;
+    m_prompts->message(this, "Could not write the picture '" + name + "'.", "Alert",
+                       wxOK | wxICON_ERROR);
+    return false;
+}
+
+bool InterpreterFrame::startUnit() {
+    const std::string file = m_prompts->fileName(this, moduleFilter, "mod", false).utf8_string();
+    if (file.empty())
+        return false;
+    // A run that goes keeps the search path it started with; this module's serves only to load
+    // it then.
+    std::unique_ptr<ModuleFolder> forLoading;
+    if (m_runActive) {
+        forLoading = std::make_unique<ModuleFolder>(file);
+    } else {
+        m_moduleFolder.reset();
+        m_moduleFolder = std::make_unique<ModuleFolder>(file);
+    }
+    // The compiler has written what is wrong with the module to the console.
+    const koralModule* module = ModuleCache::instance().loadFile(file);
+    if (module == nullptr) {
+        m_prompts->message(this,
+                           "Could not load the module '" + wxString::FromUTF8(file) +
+                               "'!\nSee console output for more information!",
+                           "Alert", wxOK | wxICON_ERROR);
+        return false;
+    }
+    UnitChooserDialog chooser(this, *module);
+    if (m_prompts->showModal(chooser) != wxID_OK || chooser.unit() == nullptr)
+        return false;
+    return start(*chooser.unit());
+}
+
+bool InterpreterFrame::start(const koralUnit& unit) {
+    // A stopped run may still be ending; one that ended waits only for the watch to notice.
+    if (m_runActive && (m_stopping || !m_cpu.running()))
+        finishRun();
+    if (!m_runActive)
+        m_listener.begin();
+    // While a run goes the interpreter refuses, and says so on the console.
+    if (!m_cpu.start(&unit, m_graph.get(), &m_listener, false)) {
+        m_prompts->message(this, startFailure, "Alert", wxOK | wxICON_ERROR);
+        return false;
+    }
+    m_runActive = true;
+    m_stopping = false;
+    setStatus(runningPrefix + wxString::FromUTF8(unit.name()));
+    enableCommands();
+    m_watch.Start(watchMs);
+    return true;
+}
+
+void InterpreterFrame::stop() {
+    m_cpu.stop();
+    m_listener.release();
+    if (m_runActive)
+        m_stopping = true;
+    setStatus(idleStatus);
+}
+
+void InterpreterFrame::step() {
+    m_listener.setSnooze(InterpreterListener::kStepMode);
+}
+
+void InterpreterFrame::showStepDialog() {
+    if (!m_runActive || m_stopping)
+        return;
+    InterpreterStepDialog dialog(this);
+    switch (m_prompts->showModal(dialog)) {
+        case InterpreterStepDialog::kStep:
+            return m_listener.answer(InterpreterListener::StepAnswer::Step);
+        case InterpreterStepDialog::kStop:
+            stop();
+            return m_listener.answer(InterpreterListener::StepAnswer::Stop);
+        default:
+            return m_listener.answer(InterpreterListener::StepAnswer::Go);
+    }
+}
+
+void InterpreterFrame::onWatch(wxTimerEvent&) {
+    if (m_runActive && !m_cpu.running())
+        finishRun();
+}
+
+void InterpreterFrame::finishRun() {
+    m_cpu.wait();
+    m_watch.Stop();
+    m_runActive = false;
+    m_stopping = false;
+    if (m_listener.sceneStale())
+        showScene();
+    m_canvas->requestRepaint();
+    setStatus(idleStatus);
+    enableCommands();
+}
+
+void InterpreterFrame::endRun() {
+    if (!m_runActive)
+        return;
+    stop();
+    finishRun();
+}
+
+void InterpreterFrame::onClose(wxCloseEvent& event) {
+    // The worker goes before the windows and the graph it uses.
+    endRun();
+    event.Skip();
+}
+
+void InterpreterFrame::setGround(TPXgroundMode mode) {
+    m_canvas->setGroundMode(mode);
+    m_canvas->requestRepaint();
+}
+
+void InterpreterFrame::chooseBackground() {
+    if (const auto colour = m_prompts->colour(this, toWxColour(m_canvas->background()))) {
+        m_canvas->setBackground(toRgb(*colour));
+        m_canvas->requestRepaint();
+    }
+}
+
+}  // namespace vellum
