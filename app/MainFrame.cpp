@@ -24,8 +24,8 @@ void MainFrame::buildMenus() {
     file->Append(kNewKoralInterpreter, "&New Koral interpreter...");
     file->AppendSeparator();
     file->Append(kExit, "E&xit...");
-    // The rule editor, module editor and interpreter frames are not part of this program yet.
-    for (int id : {kNewGraphRule, kNewKoralModule, kNewKoralInterpreter})
+    // The rule editor and module editor frames are not part of this program yet.
+    for (int id : {kNewGraphRule, kNewKoralModule})
         file->Enable(id, false);
 
     auto* vellum = new wxMenu;
@@ -38,6 +38,7 @@ void MainFrame::buildMenus() {
     Bind(wxEVT_MENU, &MainFrame::onExit, this, kExit);
     Bind(wxEVT_MENU, &MainFrame::onAbout, this, kAbout);
     Bind(wxEVT_MENU, &MainFrame::onNewGraph, this, kNewGraph);
+    Bind(wxEVT_MENU, &MainFrame::onNewInterpreter, this, kNewKoralInterpreter);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
 }
 
@@ -48,8 +49,16 @@ GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
     return editor;
 }
 
+InterpreterFrame* MainFrame::openInterpreter() {
+    return new InterpreterFrame(this);
+}
+
 void MainFrame::onNewGraph(wxCommandEvent&) {
     openGraphEditor();
+}
+
+void MainFrame::onNewInterpreter(wxCommandEvent&) {
+    openInterpreter();
 }
 
 void MainFrame::onExit(wxCommandEvent&) {

@@ -5,6 +5,7 @@
 #include "app/ConsoleFrame.h"
 #include "app/LogoCanvas.h"
 #include "gui/GraphEditorFrame.h"
+#include "gui/InterpreterFrame.h"
 
 #include <wx/frame.h>
 
@@ -29,6 +30,9 @@ class MainFrame : public wxFrame {
     // editor whose file would not load says why on the console and stays untitled). The editor
     // is a frame of its own, closed with this one.
     GraphEditorFrame* openGraphEditor(const std::string& fileName = {});
+    // Opens an interpreter frame with an empty graph, closed with this one (a run going in it
+    // is stopped first).
+    InterpreterFrame* openInterpreter();
     LogoCanvas* logoCanvas() const { return canvas_; }
 
   private:
@@ -37,6 +41,7 @@ class MainFrame : public wxFrame {
     void onClose(wxCloseEvent& event);
     void onAbout(wxCommandEvent& event);
     void onNewGraph(wxCommandEvent& event);
+    void onNewInterpreter(wxCommandEvent& event);
 
     LogoCanvas* canvas_;     // child window, owned by the frame
     ConsoleFrame* console_;  // child frame, destroyed with this one

@@ -229,7 +229,7 @@ TEST_F(AppGuiTest, MenusHaveTheirLabelsIdsAndStates) {
                                        {{"&New graph...", 7, true},
                                         {"&New graphrule...", 8, false},
                                         {"&New Koral module...", 9, false},
-                                        {"&New Koral interpreter...", 10, false},
+                                        {"&New Koral interpreter...", 10, true},
                                         {nullptr, 0, false},
                                         {"E&xit...", 1, true}}},
                                       {"&Vellum", {{"&About...", 6, true}}}});
