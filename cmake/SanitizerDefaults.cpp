@@ -2,7 +2,7 @@
 // desktop program, benchmarks); the sanitizers only call these hooks when they are linked in.
 // Reports that lie wholly in libraries that are not Vellum's are left out:
 // - Mesa's software GL driver never frees some allocations (at context creation, in selection
-//   mode), and any program may draw offscreen;
+//   mode), and its rendering threads share state under their own locks; any program may draw;
 // - the toolkit's libraries keep some allocations for the life of the process (font
 //   configuration, the session bus) and synchronise their own helper threads with locks that
 //   ThreadSanitizer cannot see, as those libraries are not instrumented.
@@ -17,7 +17,8 @@ extern "C" const char* __lsan_default_suppressions() {
 }
 
 extern "C" const char* __tsan_default_suppressions() {
-    return "race:libglib-2.0.so\n"
+    return "race:swrast_dri.so\n"
+           "race:libglib-2.0.so\n"
            "race:libgio-2.0.so\n"
            "race:libgtk-3.so\n"
            "race:libfontconfig.so\n";
