@@ -336,17 +336,7 @@ void GraphEditorFrame::layoutGraph() {
 }
 
 bool GraphEditorFrame::screenshot(const std::string& fileName) {
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, pictureFilter, "ppm", true).utf8_string();
-    if (name.empty())
-        return false;
-    const TPXimage picture = m_canvas->screenshot();
-    if (picture.write(name))
-        return true;
-    m_prompts->message(this, "Could not write the picture '" + name + "'.", "Alert",
-                       wxOK | wxICON_ERROR);
-    return false;
+    return saveCanvasScreenshot(*this, *m_prompts, *m_canvas, fileName);
 }
 
 void GraphEditorFrame::undo() {
@@ -424,10 +414,7 @@ void GraphEditorFrame::editGround() {
 }
 
 void GraphEditorFrame::chooseBackground() {
-    if (const auto colour = m_prompts->colour(this, toWxColour(m_canvas->background()))) {
-        m_canvas->setBackground(toRgb(*colour));
-        m_canvas->requestRepaint();
-    }
+    chooseCanvasBackground(*this, *m_prompts, *m_canvas);
 }
 
 void GraphEditorFrame::setVrEnabled(bool enabled) {
@@ -438,8 +425,7 @@ void GraphEditorFrame::setVrEnabled(bool enabled) {
 }
 
 void GraphEditorFrame::setGround(TPXgroundMode mode) {
-    m_canvas->setGroundMode(mode);
-    m_canvas->requestRepaint();
+    setCanvasGround(*m_canvas, mode);
 }
 
 void GraphEditorFrame::showContextMenu(const wxPoint& at) {

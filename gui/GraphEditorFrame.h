@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "gui/CanvasCommands.h"
 #include "gui/EditingTool.h"
 #include "gui/EditorPrompts.h"
 #include "gui/TPXCanvas.h"
@@ -24,7 +25,7 @@ class GraphEditorFrame : public wxFrame {
     static constexpr const char* titlePrefix = "3D Graph Editor - ";
     static constexpr const char* graphFilter = "Graph file (*.dg)";
     static constexpr const char* modelFilter = "3D Model (*.3rd)";
-    static constexpr const char* pictureFilter = "Portable Pixmap file (*.ppm)";
+    static constexpr const char* pictureFilter = canvasPictureFilter;
     static constexpr const char* discardQuestion =
         "Document was modified!\nAll changes will be lost.\nContinue?";
 

@@ -228,16 +228,7 @@ bool InterpreterFrame::saveGraph(const std::string& fileName) {
 }
 
 bool InterpreterFrame::screenshot(const std::string& fileName) {
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, pictureFilter, "ppm", true).utf8_string();
-    if (name.empty())
-        return false;
-    if (m_canvas->screenshot().write(name))
-        return true;
-    m_prompts->message(this, "Could not write the picture '" + name + "'.", "Alert",
-                       wxOK | wxICON_ERROR);
-    return false;
+    return saveCanvasScreenshot(*this, *m_prompts, *m_canvas, fileName);
 }
 
 bool InterpreterFrame::startUnit() {
@@ -345,15 +336,11 @@ void InterpreterFrame::onClose(wxCloseEvent& event) {
 }
 
 void InterpreterFrame::setGround(TPXgroundMode mode) {
-    m_canvas->setGroundMode(mode);
-    m_canvas->requestRepaint();
+    setCanvasGround(*m_canvas, mode);
 }
 
 void InterpreterFrame::chooseBackground() {
-    if (const auto colour = m_prompts->colour(this, toWxColour(m_canvas->background()))) {
-        m_canvas->setBackground(toRgb(*colour));
-        m_canvas->requestRepaint();
-    }
+    chooseCanvasBackground(*this, *m_prompts, *m_canvas);
 }
 
 }  // namespace vellum

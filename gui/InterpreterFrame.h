@@ -14,6 +14,7 @@
 #include <string>
 
 #include "graph/DirectedGraph.h"
+#include "gui/CanvasCommands.h"
 #include "gui/EditorPrompts.h"
 #include "gui/InterpreterListener.h"
 #include "gui/TPXCanvas.h"
@@ -29,7 +30,7 @@ class InterpreterFrame : public wxFrame {
     static constexpr const char* runningPrefix = "Running ";
     static constexpr const char* moduleFilter = "Koral module (*.mod)";
     static constexpr const char* graphFilter = "Graph file (*.dg)";
-    static constexpr const char* pictureFilter = "Portable Pixmap file (*.ppm)";
+    static constexpr const char* pictureFilter = canvasPictureFilter;
     static constexpr const char* startFailure =
         "Could not start the execution!\nSee console output for more information!";
     // How often the GUI thread looks whether the run has ended.
