@@ -76,6 +76,8 @@ class CanvasTest : public ::testing::Test {
         canvas_->setGroundMode(TPXgroundMode::Hidden);
     }
     void TearDown() override {
+        if (!toolkit->ready())
+            return;  // nothing was opened; the toolkit is not running
         if (frame_)
             frame_->Destroy();
         wxTheApp->ProcessIdle();

@@ -7,10 +7,40 @@
 #include <wx/init.h>
 #include <wx/log.h>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <string>
+#include <thread>
 
 namespace vellum::test {
+
+// Waits up to two seconds until the local X server of `display` (":N") takes a connection. A
+// virtual display shared by test programs started in parallel may turn one away for a moment,
+// and the toolkit gives up at the first refusal. False for other displays or when none came.
+inline bool waitForDisplay(const std::string& display) {
+    if (display.size() < 2 || display[0] != ':')
+        return true;  // not a local display number: leave it to the toolkit
+    const std::string path = "/tmp/.X11-unix/X" + display.substr(1, display.find('.') - 1);
+    for (int attempt = 0; attempt < 40; ++attempt) {
+        const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
+        const bool took =
+            fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0;
+        if (fd >= 0)
+            ::close(fd);
+        if (took)
+            return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return false;
+}
 
 class GuiToolkit : public ::testing::Environment {
   public:
@@ -20,6 +50,7 @@ class GuiToolkit : public ::testing::Environment {
             why_ = "DISPLAY is not set";
             return;
         }
+        waitForDisplay(display);
         wxApp::SetInstance(new App);
         int argc = 1;
         char name[] = "gui_tests";
