@@ -5,7 +5,6 @@
 #include "app/Startup.h"
 #include "base/Console.h"
 #include "gui/GraphEditorFrame.h"
-#include "gui/tests/GuiToolkit.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -53,7 +52,6 @@ class Toolkit : public ::testing::Environment {
             why_ = "DISPLAY is not set";
             return;
         }
-        test::waitForDisplay(display);
         wxApp::SetInstance(new TestApp);
         int argc = 1;
         char name[] = "app_gui_tests";
