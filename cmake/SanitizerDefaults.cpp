@@ -23,3 +23,12 @@ extern "C" const char* __tsan_default_suppressions() {
            "race:libgtk-3.so\n"
            "race:libfontconfig.so\n";
 }
+
+#include <cstdlib>
+
+// Mesa's shader disk cache runs a helper thread that ends inside exit(), while LeakSanitizer
+// stops the world for its final check; under load the two meet and the checker's tracer crashes.
+// A sanitizer build gains nothing from the cache, so it is off unless the user set it.
+__attribute__((constructor)) static void vellumDisableShaderCache() {
+    setenv("MESA_SHADER_CACHE_DISABLE", "true", 0);
+}

@@ -22,11 +22,13 @@ configure_and_build() {
 }
 
 # start_virtual_display: starts Xvfb on a free display when none is set, and stops it on exit.
+# -noreset: by default the server resets when its last client leaves and turns new connections
+# away meanwhile, which fails test programs that start while another one ends.
 start_virtual_display() {
     [ -n "${DISPLAY:-}" ] && return 0
     local n=90
     while [ -e "/tmp/.X${n}-lock" ] || [ -e "/tmp/.X11-unix/X${n}" ]; do n=$((n + 1)); done
-    Xvfb ":${n}" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
+    Xvfb ":${n}" -screen 0 1280x1024x24 -nolisten tcp -noreset >/dev/null 2>&1 &
     xvfb_pid=$!
     trap 'kill "$xvfb_pid" 2>/dev/null || true' EXIT
     for _ in $(seq 1 100); do
