@@ -9,10 +9,13 @@
 #include "base/SearchPaths.h"
 #include "graph/GraphReader.h"
 #include "graph/GraphWriter.h"
+#include "gui/CpuPropertiesDialog.h"
 #include "gui/InterpreterStepDialog.h"
+#include "gui/LayoutDialog.h"
 #include "gui/UnitChooserDialog.h"
 #include "gui/WxColour.h"
 #include "gui/view/ElementLook.h"
+#include "koral/KoralException.h"
 #include "koral/KoralUnit.h"
 #include "koral/ModuleCache.h"
 
@@ -58,10 +61,16 @@ InterpreterFrame::InterpreterFrame(wxWindow* parent, std::unique_ptr<EditorPromp
                  InterpreterListener::Hooks{
                      [this] { m_canvas->requestRepaint(); },
                      [this] { CallAfter([this] { showStepDialog(); }); },
+                     [this](const std::string& file, long begin, long end) {
+                         CallAfter([this, file, begin, end] { showSource(file, begin, end); });
+                     },
+                     [this](long) { CallAfter([this] { m_listener.pictureTaken(); }); },
                  }),
       m_watch(this) {
     buildMenus();
-    CreateStatusBar();
+    CreateStatusBar(2);
+    const int widths[] = {-1, -2};
+    GetStatusBar()->SetStatusWidths(2, widths);
     m_canvas = new TPXCanvas(this);
     m_canvas->setLock(&m_sceneLock);
     showScene();
@@ -119,10 +128,10 @@ void InterpreterFrame::enableCommands() {
     // The graph belongs to the run while one goes.
     bar->Enable(kLoadGraph, !m_runActive);
     bar->Enable(kSaveGraph, !m_runActive);
-    // Not available yet: the CPU properties and the layout algorithms.
-    bar->Enable(kProperties, false);
-    bar->Enable(kChooseLayout, false);
-    bar->Enable(kConfigureLayout, false);
+    // The options and the layout are read by the worker while a run goes.
+    bar->Enable(kProperties, !m_runActive);
+    bar->Enable(kChooseLayout, !m_runActive);
+    bar->Enable(kConfigureLayout, !m_runActive && m_layout != nullptr);
 }
 
 void InterpreterFrame::onCommand(wxCommandEvent& event) {
@@ -146,6 +155,15 @@ void InterpreterFrame::onCommand(wxCommandEvent& event) {
             return step();
         case kStop:
             return stop();
+        case kProperties:
+            properties();
+            return;
+        case kChooseLayout:
+            chooseLayout();
+            return;
+        case kConfigureLayout:
+            configureLayout();
+            return;
         case kHideGround:
             return setGround(TPXgroundMode::Hidden);
         case kWireframeGround:
@@ -162,11 +180,27 @@ void InterpreterFrame::onCommand(wxCommandEvent& event) {
 }
 
 wxString InterpreterFrame::status() const {
-    return GetStatusBar()->GetStatusText();
+    return GetStatusBar()->GetStatusText(0);
+}
+
+wxString InterpreterFrame::figures() const {
+    return GetStatusBar()->GetStatusText(1);
 }
 
 void InterpreterFrame::setStatus(const wxString& text) {
-    GetStatusBar()->SetStatusText(text);
+    GetStatusBar()->SetStatusText(text, 0);
+}
+
+void InterpreterFrame::showFigures() {
+    const InterpreterListener::Figures f = m_listener.figures();
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - m_runStart).count();
+    const double rate = seconds > 0 ? static_cast<double>(f.steps) / seconds : 0.0;
+    GetStatusBar()->SetStatusText(
+        wxString::Format("%ld steps, %.1f steps/s, %zu vertices, %zu edges", f.steps, rate,
+                         f.vertices, f.edges),
+        1);
+    m_lastFigures = std::chrono::steady_clock::now();
 }
 
 void InterpreterFrame::setSnooze(int snooze) {
@@ -272,7 +306,9 @@ bool InterpreterFrame::start(const koralUnit& unit) {
     }
     m_runActive = true;
     m_stopping = false;
+    m_runStart = std::chrono::steady_clock::now();
     setStatus(runningPrefix + wxString::FromUTF8(unit.name()));
+    showFigures();
     enableCommands();
     m_watch.Start(watchMs);
     return true;
@@ -307,7 +343,9 @@ void InterpreterFrame::showStepDialog() {
 
 void InterpreterFrame::onWatch(wxTimerEvent&) {
     if (m_runActive && !m_cpu.running())
-        finishRun();
+        return finishRun();
+    if (std::chrono::steady_clock::now() - m_lastFigures >= std::chrono::milliseconds(figuresMs))
+        showFigures();
 }
 
 void InterpreterFrame::finishRun() {
@@ -318,6 +356,7 @@ void InterpreterFrame::finishRun() {
     if (m_listener.sceneStale())
         showScene();
     m_canvas->requestRepaint();
+    showFigures();
     setStatus(idleStatus);
     enableCommands();
 }
@@ -333,6 +372,78 @@ void InterpreterFrame::onClose(wxCloseEvent& event) {
     // The worker goes before the windows and the graph it uses.
     endRun();
     event.Skip();
+}
+
+void InterpreterFrame::showSource(const std::string& file, long begin, long end) {
+    if (file.empty()) {
+        if (m_source)
+            m_source->Hide();
+        return;
+    }
+    if (!m_source)
+        m_source = new SourceDisplay(this);
+    m_source->show(file, begin, end);
+}
+
+bool InterpreterFrame::properties() {
+    if (m_runActive)
+        return false;
+    CpuPropertiesDialog dialog(this, m_listener.options());
+    if (m_prompts->showModal(dialog) != wxID_OK)
+        return false;
+    return setOptions(dialog.options());
+}
+
+bool InterpreterFrame::setOptions(const InterpreterOptions& options) {
+    if (m_runActive)
+        return false;
+    m_listener.setOptions(options);
+    return true;
+}
+
+bool InterpreterFrame::chooseLayout() {
+    if (m_runActive)
+        return false;
+    LayoutDialog dialog(this);
+    if (m_layout)
+        dialog.choose(m_layout->name());
+    if (m_prompts->showModal(dialog) != wxID_OK || !dialog.library())
+        return false;
+    m_layout = dialog.takeLibrary();
+    m_listener.setLayout(m_layout.get());
+    enableCommands();
+    return true;
+}
+
+bool InterpreterFrame::useLayout(const std::string& name) {
+    if (m_runActive)
+        return false;
+    std::unique_ptr<LayoutLibrary> chosen;
+    if (!name.empty()) {
+        try {
+            chosen = std::make_unique<LayoutLibrary>(name);
+        } catch (const koralException& error) {
+            console() << error.what() << "\n";
+            return false;
+        }
+    }
+    m_listener.setLayout(nullptr);
+    m_layout = std::move(chosen);
+    m_listener.setLayout(m_layout.get());
+    enableCommands();
+    return true;
+}
+
+bool InterpreterFrame::configureLayout() {
+    if (m_runActive || !m_layout)
+        return false;
+    try {
+        m_layout->configure();
+    } catch (const koralException& error) {
+        m_prompts->message(this, wxString::FromUTF8(error.what()), "Alert", wxOK | wxICON_ERROR);
+        return false;
+    }
+    return true;
 }
 
 void InterpreterFrame::setGround(TPXgroundMode mode) {

@@ -9,6 +9,7 @@
 #include <wx/frame.h>
 #include <wx/timer.h>
 
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -17,9 +18,11 @@
 #include "gui/CanvasCommands.h"
 #include "gui/EditorPrompts.h"
 #include "gui/InterpreterListener.h"
+#include "gui/SourceDisplay.h"
 #include "gui/TPXCanvas.h"
 #include "gui/view/GraphScene.h"
 #include "koral/KoralCPU.h"
+#include "koral/LayoutLibrary.h"
 
 namespace vellum {
 
@@ -33,8 +36,9 @@ class InterpreterFrame : public wxFrame {
     static constexpr const char* pictureFilter = canvasPictureFilter;
     static constexpr const char* startFailure =
         "Could not start the execution!\nSee console output for more information!";
-    // How often the GUI thread looks whether the run has ended.
+    // How often the GUI thread looks whether the run has ended, and updates the figures.
     static constexpr int watchMs = 20;
+    static constexpr int figuresMs = 250;
 
     enum Command {
         kLoadGraph = wxID_HIGHEST + 1,
@@ -67,11 +71,19 @@ class InterpreterFrame : public wxFrame {
     std::mutex& sceneLock() { return m_sceneLock; }
     // True from a successful start until the frame has seen the run end (or stopped it).
     bool running() const { return m_runActive; }
+    // The status line's first field ("CPU idle", "Running " + unit) and its second, the run's
+    // figures.
     wxString status() const;
+    wxString figures() const;
 
     // The pause after each notification in milliseconds (0 none, -1 the step dialog).
     void setSnooze(int snooze);
     int snooze() const { return m_listener.snooze(); }
+    InterpreterOptions options() const { return m_listener.options(); }
+    // The source display, once a run with debug on has asked for it (else null).
+    SourceDisplay* sourceDisplay() const { return m_source; }
+    // The chosen layout (null: none).
+    const LayoutLibrary* layout() const { return m_layout.get(); }
 
     // Commands, as the menus run them. Each asks its questions through the prompts.
     // Loads `fileName` (asks for one when empty); a failure keeps the graph and the console says
@@ -88,6 +100,17 @@ class InterpreterFrame : public wxFrame {
     void stop();
     // Single-step mode from the next notification on.
     void step();
+    // The CPU properties dialog; refused while a run goes. True when options were taken over.
+    bool properties();
+    // Takes `options` over; refused (false) while a run goes.
+    bool setOptions(const InterpreterOptions& options);
+    // The layout dialog; the chosen algorithm runs after every step. Refused while a run goes.
+    bool chooseLayout();
+    // Loads the layout `name` ("" for none); false, with the reason on the console, when it
+    // will not load or a run goes.
+    bool useLayout(const std::string& name);
+    // The chosen layout's own settings dialog; refused while a run goes or with none chosen.
+    bool configureLayout();
     void setGround(TPXgroundMode mode);
     void chooseBackground();
 
@@ -102,6 +125,9 @@ class InterpreterFrame : public wxFrame {
     void showScene();
     // GUI thread, posted by the worker: the step dialog, answered to the listener.
     void showStepDialog();
+    // GUI thread, posted by the worker: the source display shows the running statement.
+    void showSource(const std::string& file, long begin, long end);
+    void showFigures();
     // The run has ended: join its worker and go back to idle.
     void finishRun();
     // Stops a run that goes and waits for it to end.
@@ -119,11 +145,16 @@ class InterpreterFrame : public wxFrame {
     InterpreterListener m_listener;
     // Where the rules and modules of the last module chosen are found while it runs.
     std::unique_ptr<ModuleFolder> m_moduleFolder;
+    std::unique_ptr<LayoutLibrary> m_layout;  // changed only while no run goes
+    SourceDisplay* m_source = nullptr;        // owned by the toolkit, as a child frame
     koralCPU m_cpu;       // declared after what the run uses, so that it ends first
     TPXCanvas* m_canvas;  // child window, owned by the frame
     wxTimer m_watch;      // runs while a run goes
     bool m_runActive = false;
     bool m_stopping = false;  // Stop was chosen and the run has not ended yet
+    wxString m_unitName;      // of the run that goes
+    std::chrono::steady_clock::time_point m_runStart;     // of the run that goes
+    std::chrono::steady_clock::time_point m_lastFigures;  // when they were last shown
 };
 
 }  // namespace vellum

@@ -1,9 +1,15 @@
 #include "gui/InterpreterListener.h"
 
+#include <algorithm>
 #include <chrono>
 
+#include "base/Console.h"
 #include "graph/GraphMorphism.h"
 #include "graph/RuleEvents.h"
+#include "koral/KoralException.h"
+#include "koral/KoralModule.h"
+#include "koral/KoralSourcePosition.h"
+#include "koral/SharedRule.h"
 
 namespace vellum {
 
@@ -12,11 +18,44 @@ InterpreterListener::InterpreterListener(DirectedGraph& graph, std::mutex& scene
 
 void InterpreterListener::begin() {
     m_recorder = StepRecorder();
-    m_highlighted.clear();
     m_stale = false;
+    m_midStep = false;
+    m_layoutFailed = false;
+    m_glides.clear();
+    m_pictures = 0;
+    m_steps = 0;
+    countFigures();
     std::lock_guard<std::mutex> lock(m_paceMutex);
     m_released = false;
     m_answered = false;
+    m_pictureDone = false;
+}
+
+void InterpreterListener::setOptions(const InterpreterOptions& options) {
+    m_snooze = options.snooze;
+    if (options.snooze >= 0)
+        m_snoozeAfterGo = options.snooze;
+    m_morphism = options.morphism;
+    m_intermediate = options.intermediate;
+    m_debug = options.debug;
+}
+
+InterpreterOptions InterpreterListener::options() const {
+    InterpreterOptions options;
+    options.snooze = m_snooze.load();
+    options.morphism = m_morphism;
+    options.intermediate = m_intermediate;
+    options.debug = m_debug;
+    return options;
+}
+
+InterpreterListener::Figures InterpreterListener::figures() const {
+    return {m_steps.load(), m_vertices.load(), m_edges.load()};
+}
+
+void InterpreterListener::countFigures() {
+    m_vertices = m_graph.vertexCount();
+    m_edges = m_graph.edgeCount();
 }
 
 void InterpreterListener::release() {
@@ -39,66 +78,161 @@ void InterpreterListener::answer(StepAnswer answer) {
     m_wake.notify_all();
 }
 
+void InterpreterListener::pictureTaken() {
+    {
+        std::lock_guard<std::mutex> lock(m_paceMutex);
+        m_pictureDone = true;
+    }
+    m_wake.notify_all();
+}
+
 void InterpreterListener::notify(const FrameEvent& event) {
-    if (const auto* chosen = std::get_if<OccurrenceChosen>(&event)) {
-        m_recorder.onEvent(kEventOccurrenceChosen, &m_graph, &chosen->occurrence);
+    if (const auto* started = std::get_if<StatementStarted>(&event)) {
+        statement(*started);
+    } else if (const auto* chosen = std::get_if<OccurrenceChosen>(&event)) {
+        m_recorder.chosen(m_graph, chosen->occurrence, chosen->rule.rule().prepared());
         if (!m_morphism)
             return;
-        highlight(chosen->occurrence);
+        highlight(*chosen);
+    } else if (std::holds_alternative<StepIntermediate>(event)) {
+        if (!m_intermediate)
+            return;
+        intermediate();
     } else if (const auto* step = std::get_if<RuleApplied>(&event)) {
         applied(*step);
-    } else if (!std::holds_alternative<StatementStarted>(event)) {
-        // Intermediate states are not shown: the scene follows whole steps.
-        return;
+        if (m_recording)
+            takePicture();
+    } else {
+        return;  // a plug-in's own code: nothing to show
     }
     pace();
 }
 
-void InterpreterListener::highlight(const GraphMorphism& occurrence) {
+void InterpreterListener::statement(const StatementStarted& event) {
+    if (!m_debug) {
+        if (m_sourceShown)
+            m_hooks.showSource({}, 0, 0);
+        m_sourceShown = false;
+        return;
+    }
+    const koralSourcePosition& at = event.position;
+    if (at.module == nullptr)
+        return;
+    m_hooks.showSource(at.module->file(), at.begin, at.end);
+    m_sourceShown = true;
+}
+
+void InterpreterListener::highlight(const OccurrenceChosen& event) {
     {
         std::lock_guard<std::mutex> lock(m_sceneLock);
         if (m_scene == nullptr)
             return;
-        for (const EdgePair& pair : occurrence.edgePairs()) {
-            GraphEdgeObject* object = pair.right ? m_scene->objectOf(*pair.right) : nullptr;
-            if (object == nullptr)
-                continue;
-            object->setHighlighted(true);
-            m_highlighted.push_back(object);
+        for (const VertexPair& pair : event.occurrence.vertexPairs())
+            if (pair.right)
+                m_scene->highlight(*pair.right);
+        for (const EdgePair& pair : event.occurrence.edgePairs())
+            if (pair.right)
+                m_scene->highlight(*pair.right);
+    }
+    m_hooks.repaint();
+}
+
+void InterpreterListener::intermediate() {
+    m_recorder.deleted();
+    m_midStep = true;
+    {
+        std::lock_guard<std::mutex> lock(m_sceneLock);
+        if (m_scene != nullptr) {
+            // The highlighted objects of deleted elements go now.
+            m_scene->clearHighlights();
+            m_scene->update(m_recorder.take());
         }
     }
     m_hooks.repaint();
 }
 
-void InterpreterListener::clearHighlights() {
-    for (GraphEdgeObject* object : m_highlighted)
-        object->setHighlighted(false);
-    m_highlighted.clear();
-}
-
 void InterpreterListener::applied(const RuleApplied& event) {
+    ++m_steps;
+    countFigures();
     if (event.survivors == nullptr) {
         // Sent by a plug-in: nothing says what changed.
         m_stale = true;
         return;
     }
     m_recorder.onEvent(kEventApplied, &m_graph, event.survivors);
+    m_midStep = false;
+    const bool gliding = m_snooze.load() > 0;
+    std::unordered_map<std::uint64_t, TPXp3> before;
     {
         std::lock_guard<std::mutex> lock(m_sceneLock);
-        clearHighlights();
-        if (m_scene != nullptr)
-            m_scene->update(m_recorder.take());
+        if (m_scene == nullptr)
+            return;
+        m_scene->clearHighlights();
+        if (gliding)
+            before = m_scene->vertexPositions();
+        m_scene->update(m_recorder.take());
+    }
+    if (m_layout != nullptr)
+        layOut();
+    m_glides.clear();
+    if (gliding) {
+        std::lock_guard<std::mutex> lock(m_sceneLock);
+        for (const auto& [serial, to] : m_scene->vertexPositions()) {
+            auto from = before.find(serial);
+            if (from != before.end() && (from->second - to).length() > 1e-9)
+                m_glides.push_back({serial, from->second, to});
+        }
+        // Each starts where it was: the pause moves it.
+        for (const Glide& g : m_glides)
+            m_scene->showVertexAt(g.serial, g.from);
     }
     m_hooks.repaint();
+}
+
+void InterpreterListener::layOut() {
+    bool placed = false;
+    try {
+        placed = m_layout->completeLayout(m_graph, nullptr);
+    } catch (const koralException& e) {
+        if (!m_layoutFailed)
+            console() << e.what() << "\n";
+        m_layoutFailed = true;
+        return;
+    }
+    if (!placed) {
+        if (!m_layoutFailed)
+            console() << "The layout '" << m_layout->name() << "' failed.\n";
+        m_layoutFailed = true;
+        return;
+    }
+    std::lock_guard<std::mutex> lock(m_sceneLock);
+    m_scene->followPlacements();
+}
+
+void InterpreterListener::takePicture() {
+    std::unique_lock<std::mutex> lock(m_paceMutex);
+    if (m_released)
+        return;
+    m_pictureDone = false;
+    const long number = ++m_pictures;
+    lock.unlock();
+    m_hooks.takePicture(number);
+    lock.lock();
+    m_wake.wait(lock, [this] { return m_released || m_pictureDone; });
 }
 
 void InterpreterListener::pace() {
     std::unique_lock<std::mutex> lock(m_paceMutex);
     const int snooze = m_snooze.load();
-    if (m_released || snooze == 0)
+    if (m_released || snooze == 0) {
+        m_glides.clear();
         return;
+    }
     if (snooze > 0) {
-        m_wake.wait_for(lock, std::chrono::milliseconds(snooze), [this] { return m_released; });
+        if (!m_glides.empty())
+            glide(lock, snooze);
+        else
+            m_wake.wait_for(lock, std::chrono::milliseconds(snooze), [this] { return m_released; });
         return;
     }
     m_answered = false;
@@ -106,6 +240,48 @@ void InterpreterListener::pace() {
     m_hooks.askStep();
     lock.lock();
     m_wake.wait(lock, [this] { return m_released || m_answered; });
+}
+
+bool InterpreterListener::glide(std::unique_lock<std::mutex>& lock, int snooze) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    const Clock::time_point end = start + std::chrono::milliseconds(snooze);
+    // The vertices arrive after two thirds of the pause and rest there for the rest.
+    const double travel = 2.0 / 3.0 * snooze;
+    bool released = false;
+    for (;;) {
+        const double elapsed =
+            std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        const double t = std::min(1.0, elapsed / travel);
+        const double s = t * t * (3 - 2 * t);  // eases in and out
+        lock.unlock();
+        {
+            std::lock_guard<std::mutex> scene(m_sceneLock);
+            for (const Glide& g : m_glides)
+                m_scene->showVertexAt(g.serial, g.from + (g.to - g.from) * s);
+        }
+        m_hooks.repaint();
+        lock.lock();
+        if (t >= 1.0)
+            break;
+        released = m_wake.wait_for(lock, std::chrono::milliseconds(glideFrameMs),
+                                   [this] { return m_released; });
+        if (released)
+            break;
+    }
+    if (released) {
+        lock.unlock();
+        {
+            std::lock_guard<std::mutex> scene(m_sceneLock);
+            for (const Glide& g : m_glides)
+                m_scene->showVertexAt(g.serial, g.to);
+        }
+        lock.lock();
+    } else {
+        m_wake.wait_until(lock, end, [this] { return m_released; });
+    }
+    m_glides.clear();
+    return !released;
 }
 
 }  // namespace vellum

@@ -24,6 +24,8 @@ class LayoutDialog : public wxDialog {
     // The loaded library of the chosen algorithm, or null when none is chosen or it would not
     // load.
     const LayoutLibrary* library() const { return m_library.get(); }
+    // Hands the loaded library over to the caller (null as above).
+    std::unique_ptr<LayoutLibrary> takeLibrary() { return std::move(m_library); }
     wxString description() const { return m_description->GetLabel(); }
 
   private:

@@ -240,21 +240,7 @@ EditResult GraphDocument::setLook(DirectedGraphVertex& vertex, const std::string
 }
 
 void GraphDocument::followPlacement(DirectedGraphVertex& vertex) {
-    TPXnode* object = m_scene->objectOf(vertex);
-    if (!object)
-        return;
-    const VertexLook look = readVertexLook(vertex);
-    TPXplacement place = object->placement();
-    place.position = look.position;
-    place.orientation = TPXquaternion::fromAngles(look.orientation);
-    place.scale = look.scale;
-    object->setPlacement(place);
-    for (const DirectedGraphEdge& edge : vertex.outgoing())
-        if (GraphEdgeObject* line = m_scene->objectOf(edge))
-            line->followEnds();
-    for (const DirectedGraphEdge& edge : vertex.incoming())
-        if (GraphEdgeObject* line = m_scene->objectOf(edge))
-            line->followEnds();
+    m_scene->followPlacement(vertex);
 }
 
 EditResult GraphDocument::layout(const LayoutLibrary& library, std::function<void()> redraw) {

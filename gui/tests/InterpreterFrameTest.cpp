@@ -20,10 +20,13 @@
 #include "graph/DirectedGraphEdge.h"
 #include "graph/DirectedGraphVertex.h"
 #include "graph/GraphReader.h"
+#include "gui/CpuPropertiesDialog.h"
 #include "gui/InterpreterFrame.h"
 #include "gui/InterpreterStepDialog.h"
+#include "gui/LayoutDialog.h"
 #include "gui/UnitChooserDialog.h"
 #include "gui/tests/GuiToolkit.h"
+#include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/SceneListing.h"
 #include "tests/support/Program.h"
@@ -66,7 +69,7 @@ class ScriptedPrompts : public EditorPrompts {
         }
         if (dynamic_cast<InterpreterStepDialog*>(&dialog) && onStep)
             return onStep();
-        return wxID_CANCEL;
+        return onDialog ? onDialog(dialog) : wxID_CANCEL;
     }
 
     std::vector<std::string> messages;
@@ -75,6 +78,7 @@ class ScriptedPrompts : public EditorPrompts {
     std::string unit;
     std::string conditions;  // shown by the unit chooser for `unit`
     std::function<int()> onStep;
+    std::function<int(wxDialog&)> onDialog;  // any other dialog
 };
 
 // A graph in terms that do not depend on element order or identity.
@@ -227,9 +231,9 @@ TEST_F(InterpreterFrameTest, TitleMenusAndIdleStatus) {
           {"Screens&hot...", true},
           {"E&xit", true}}},
         {"&CPU",
-         {{"&Start...", true}, {"St&ep...", true}, {"S&top...", true}, {"&Properties...", false}}},
+         {{"&Start...", true}, {"St&ep...", true}, {"S&top...", true}, {"&Properties...", true}}},
         {"&Layout",
-         {{"Choose l&ayout algorithm...", false}, {"Configure l&ayout algorithm...", false}}},
+         {{"Choose l&ayout algorithm...", true}, {"Configure l&ayout algorithm...", false}}},
         {"&Options",
          {{"&Hide ground...", true},
           {"&Wireframe ground...", true},
@@ -376,6 +380,173 @@ TEST_F(InterpreterFrameTest, StopInTheStepDialogAbortsTheRun) {
     expectClearedAfterEachMatch(highlighted);
     EXPECT_EQ(status(), "CPU idle");
     EXPECT_NE(console_.text().find("Program aborted by user"), std::string::npos);
+}
+
+TEST_F(InterpreterFrameTest, PropertiesAreTakenOverOnlyWhenConfirmedAndNeverDuringARun) {
+    const InterpreterOptions before = frame_->options();
+    InterpreterOptions wanted;
+    wanted.snooze = 250;
+    wanted.morphism = false;
+    wanted.intermediate = true;
+    wanted.debug = true;
+    // The user fills the dialog in, then answers `answer`.
+    int answer = wxID_CANCEL;
+    prompts_->onDialog = [&](wxDialog& dialog) -> int {
+        auto* cpu = dynamic_cast<CpuPropertiesDialog*>(&dialog);
+        if (!cpu)
+            return wxID_CANCEL;
+        cpu->snoozeControl().SetValue(wanted.snooze);
+        cpu->morphismControl().SetValue(wanted.morphism);
+        cpu->intermediateControl().SetValue(wanted.intermediate);
+        cpu->debugControl().SetValue(wanted.debug);
+        return answer;
+    };
+    command(InterpreterFrame::kProperties);
+    EXPECT_EQ(frame_->options(), before) << "cancelled";
+    answer = wxID_OK;
+    command(InterpreterFrame::kProperties);
+    EXPECT_EQ(frame_->options(), wanted);
+
+    // Single step in the dialog is snooze -1, and the dialog shows it so.
+    prompts_->onDialog = [&](wxDialog& dialog) -> int {
+        auto* cpu = dynamic_cast<CpuPropertiesDialog*>(&dialog);
+        EXPECT_EQ(cpu->snoozeControl().GetValue(), 250);
+        cpu->messageBoxControl().SetValue(true);
+        return wxID_OK;
+    };
+    command(InterpreterFrame::kProperties);
+    EXPECT_EQ(frame_->snooze(), InterpreterOptions::kStepMode);
+
+    load(kMutex + "ring5.dg");
+    frame_->setSnooze(5000);
+    startThroughMenu(kMutex + "mutex.mod", "sts");
+    ASSERT_TRUE(frame_->running());
+    EXPECT_FALSE(frame_->GetMenuBar()->IsEnabled(InterpreterFrame::kProperties));
+    EXPECT_FALSE(frame_->GetMenuBar()->IsEnabled(InterpreterFrame::kChooseLayout));
+    EXPECT_FALSE(frame_->properties());
+    EXPECT_FALSE(frame_->setOptions(before));
+    command(InterpreterFrame::kStop);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(frame_->GetMenuBar()->IsEnabled(InterpreterFrame::kProperties));
+}
+
+TEST_F(InterpreterFrameTest, DebugAndIntermediateStepsShowTheStatementAndTheDeletion) {
+    load(kSierpinski + "triangle.dg");
+    InterpreterOptions options;
+    options.snooze = InterpreterOptions::kStepMode;
+    options.intermediate = true;
+    options.debug = true;
+    ASSERT_TRUE(frame_->setOptions(options));
+    // At each pause: the selected source text and the edges the scene shows.
+    std::vector<std::string> selections;
+    std::vector<std::size_t> shownEdges;
+    prompts_->onStep = [&] {
+        settle();  // the source display's update was posted before the step dialog
+        SourceDisplay* source = frame_->sourceDisplay();
+        selections.push_back(source && source->IsShown()
+                                 ? source->text().GetStringSelection().utf8_string()
+                                 : "(hidden)");
+        std::lock_guard<std::mutex> lock(frame_->sceneLock());
+        shownEdges.push_back(frame_->scene().edgeCount());
+        return selections.size() < 40 ? int(InterpreterStepDialog::kStep)
+                                      : int(InterpreterStepDialog::kGo);
+    };
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen1");
+    ASSERT_TRUE(waitForEnd());
+    ASSERT_NE(frame_->sourceDisplay(), nullptr);
+    EXPECT_EQ(frame_->sourceDisplay()->GetTitle(),
+              "DEBUG Source display - " + kSierpinski + "sierpinski.mod");
+    // The statements of gen1 in the order they start: the unit, its body's apply, step_t's.
+    std::ostringstream seen;
+    for (const std::string& text : selections)
+        seen << "[" << text << "]";
+    EXPECT_NE(seen.str().find("[step_t]"), std::string::npos) << seen.str();
+    EXPECT_NE(seen.str().find("[split_t]"), std::string::npos) << seen.str();
+    // The one step of gen1: the match (3 edges), its deletion (none), its result (9 edges).
+    const std::string counts = [&] {
+        std::ostringstream out;
+        for (std::size_t n : shownEdges)
+            out << n << " ";
+        return out.str();
+    }();
+    EXPECT_NE(counts.find("3 0 9"), std::string::npos) << counts;
+
+    // With debug off the display goes away at the next statement.
+    options.snooze = 0;
+    options.debug = false;
+    ASSERT_TRUE(frame_->setOptions(options));
+    load(kSierpinski + "triangle.dg");
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen1");
+    ASSERT_TRUE(waitForEnd());
+    settle();
+    EXPECT_FALSE(frame_->sourceDisplay()->IsShown());
+}
+
+TEST_F(InterpreterFrameTest, NewVerticesAppearBetweenTheirNeighboursAndFiguresCountTheRun) {
+    load(kSierpinski + "triangle.dg");
+    std::map<std::uint64_t, TPXp3> corners;
+    for (DirectedGraphVertex& vertex : frame_->graph().vertices())
+        corners[vertex.serial()] = readVertexLook(vertex).position;
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen1");
+    ASSERT_TRUE(waitForEnd());
+    // Each new vertex sits in the middle of the two corners it joins.
+    int midpoints = 0;
+    for (DirectedGraphVertex& vertex : frame_->graph().vertices()) {
+        if (corners.count(vertex.serial())) {
+            EXPECT_LT((readVertexLook(vertex).position - corners[vertex.serial()]).length(), 1e-9);
+            continue;
+        }
+        const TPXp3 at = readVertexLook(vertex).position;
+        for (auto a = corners.begin(); a != corners.end(); ++a)
+            for (auto b = std::next(a); b != corners.end(); ++b)
+                midpoints += ((a->second + b->second) * 0.5 - at).length() < 1e-9;
+    }
+    EXPECT_EQ(midpoints, 3);
+    expectSceneFollowedGraph();
+    EXPECT_EQ(frame_->figures().BeforeFirst(',').utf8_string(), "1 steps");
+    EXPECT_TRUE(frame_->figures().EndsWith(", 6 vertices, 9 edges")) << frame_->figures();
+}
+
+TEST_F(InterpreterFrameTest, ChosenLayoutRunsAfterEachStepAndVerticesGlideDuringThePause) {
+    test::ScopedEnvironment layouts{"VellumLayout", pluginDirectory() + "/"};
+    EXPECT_FALSE(frame_->useLayout("no-such-layout"));
+    EXPECT_NE(console_.text().find("no-such-layout"), std::string::npos);
+    prompts_->onDialog = [](wxDialog& dialog) -> int {
+        auto* chooser = dynamic_cast<LayoutDialog*>(&dialog);
+        return chooser && chooser->choose("sphere") ? wxID_OK : wxID_CANCEL;
+    };
+    command(InterpreterFrame::kChooseLayout);
+    ASSERT_NE(frame_->layout(), nullptr);
+    EXPECT_EQ(frame_->layout()->name(), "sphere");
+    EXPECT_TRUE(frame_->GetMenuBar()->IsEnabled(InterpreterFrame::kConfigureLayout));
+
+    load(kSierpinski + "triangle.dg");
+    const std::uint64_t first = frame_->graph().vertices().begin()->serial();
+    frame_->setSnooze(250);
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen1");
+    // Where the first vertex's object is shown, looked at while the run goes.
+    std::vector<TPXp3> shownAt;
+    while (frame_->running()) {
+        {
+            std::lock_guard<std::mutex> lock(frame_->sceneLock());
+            const auto positions = frame_->scene().vertexPositions();
+            if (auto found = positions.find(first); found != positions.end())
+                if (shownAt.empty() || (shownAt.back() - found->second).length() > 1e-9)
+                    shownAt.push_back(found->second);
+        }
+        wxTheApp->Yield(true);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    // The sphere layout put all six vertices at one distance from the centre.
+    std::vector<double> radii;
+    for (DirectedGraphVertex& vertex : frame_->graph().vertices())
+        radii.push_back(readVertexLook(vertex).position.length());
+    ASSERT_EQ(radii.size(), 6u);
+    for (double r : radii)
+        EXPECT_NEAR(r, radii[0], 1e-6);
+    expectSceneFollowedGraph();
+    // From its place on the circle to its place on the sphere, through places in between.
+    EXPECT_GE(shownAt.size(), 4u);
 }
 
 TEST_F(InterpreterFrameTest, ClosingMidRunEndsTheRun) {

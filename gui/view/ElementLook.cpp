@@ -108,6 +108,10 @@ bool setOutUnplaced(DirectedGraph& graph) {
     return index > 0;
 }
 
+void writePosition(DirectedGraphVertex& vertex, const TPXp3& position) {
+    setVector(vertex, look::position, position);
+}
+
 void writePlacement(DirectedGraphVertex& vertex, const TPXp3& position, const TPXp3& orientation,
                     const TPXp3& scale) {
     setVector(vertex, look::position, position);

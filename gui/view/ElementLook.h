@@ -53,6 +53,8 @@ void placeOnCircle(DirectedGraphVertex& vertex, std::size_t index, std::size_t c
 // position, sets every vertex out on a circle in graph order. True when it did.
 bool setOutUnplaced(DirectedGraph& graph);
 
+// Sets "position" (created if missing).
+void writePosition(DirectedGraphVertex& vertex, const TPXp3& position);
 // Writes a moved, turned or scaled object's placement back into "position", "orientation"
 // and "scale" (created if missing).
 void writePlacement(DirectedGraphVertex& vertex, const TPXp3& position, const TPXp3& orientation,

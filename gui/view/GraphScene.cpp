@@ -46,6 +46,7 @@ void GraphScene::build(DirectedGraph& graph) {
     m_edges.clear();
     m_serialOf.clear();
     m_pairs.clear();
+    m_highlighted.clear();
     m_lastIdentity = 0;
     m_root = makeGroup("__vertices__");
     m_vertexGroup = m_root.get();
@@ -73,6 +74,16 @@ void GraphScene::update(const SceneChanges& changes) {
         removeEdge(serial, bent);
         removeVertex(serial);
     }
+    std::vector<DirectedGraphVertex*> unplaced;
+    for (GraphObject* object : changes.changed) {
+        if (object->kind() != GraphObjectKind::Vertex)
+            break;  // vertices come first
+        auto& vertex = static_cast<DirectedGraphVertex&>(*object);
+        if (vertex.inGraph() && !m_vertices.count(vertex.serial()) &&
+            !vertex.findAttribute(look::position))
+            unplaced.push_back(&vertex);
+    }
+    placeAmongNeighbours(unplaced);
     for (GraphObject* object : changes.changed) {
         const std::uint64_t serial = object->serial();
         if (object->kind() == GraphObjectKind::Vertex) {
@@ -99,6 +110,140 @@ void GraphScene::update(const SceneChanges& changes) {
     bent.erase(std::unique(bent.begin(), bent.end()), bent.end());
     for (const Pair& pair : bent)
         bendPair(pair);
+}
+
+void GraphScene::placeAmongNeighbours(const std::vector<DirectedGraphVertex*>& vertices) {
+    if (vertices.empty())
+        return;
+    std::unordered_map<std::uint64_t, TPXp3> placed;
+    // The neighbours' centre, from those shown before this update or placed in an earlier
+    // round; none when there are none yet.
+    auto centreOf = [&](const DirectedGraphVertex& vertex, int& count) {
+        TPXp3 sum;
+        count = 0;
+        auto add = [&](const DirectedGraphVertex* other) {
+            if (other == &vertex || !other->inGraph())
+                return;
+            if (auto shown = m_vertices.find(other->serial()); shown != m_vertices.end()) {
+                sum = sum + shown->second.object->placement().position;
+                ++count;
+            } else if (auto earlier = placed.find(other->serial()); earlier != placed.end()) {
+                sum = sum + earlier->second;
+                ++count;
+            }
+        };
+        for (const DirectedGraphEdge& edge : vertex.outgoing())
+            add(edge.target());
+        for (const DirectedGraphEdge& edge : vertex.incoming())
+            add(edge.source());
+        return count > 0 ? sum * (1.0 / count) : sum;
+    };
+    // Round by round, so that a vertex joined only to other new ones goes near those.
+    std::vector<DirectedGraphVertex*> waiting = vertices;
+    while (!waiting.empty()) {
+        std::vector<DirectedGraphVertex*> next;
+        std::unordered_map<std::uint64_t, TPXp3> round;
+        for (DirectedGraphVertex* vertex : waiting) {
+            int count = 0;
+            TPXp3 centre = centreOf(*vertex, count);
+            if (count == 0) {
+                next.push_back(vertex);
+                continue;
+            }
+            if (count == 1) {
+                // Beside its only neighbour, turned by the golden angle from the last one
+                // placed there, so that several do not pile up.
+                const double a = 2.39996322973 * static_cast<double>(vertex->serial());
+                centre = centre + TPXp3(1.5 * std::cos(a), 1.5 * std::sin(a), 0);
+            }
+            round.emplace(vertex->serial(), centre);
+        }
+        if (round.empty()) {
+            // None of the rest touches anything shown: a row beside the origin.
+            for (std::size_t i = 0; i < next.size(); ++i)
+                round.emplace(next[i]->serial(), TPXp3(1.5 * static_cast<double>(i), -1.5, 0));
+            next.clear();
+        }
+        for (DirectedGraphVertex* vertex : waiting)
+            if (auto found = round.find(vertex->serial()); found != round.end()) {
+                writePosition(*vertex, found->second);
+                placed.insert(*found);
+            }
+        waiting.swap(next);
+    }
+}
+
+bool GraphScene::highlight(const GraphObject& element) {
+    const std::uint64_t serial = element.serial();
+    if (element.kind() == GraphObjectKind::Edge) {
+        auto found = m_edges.find(serial);
+        if (found == m_edges.end())
+            return false;
+        found->second.object->setHighlighted(true);
+    } else {
+        auto found = m_vertices.find(serial);
+        if (found == m_vertices.end())
+            return false;
+        if (!m_halo)
+            m_halo = TPXsphere(TPXdefaults::slices, TPXdefaults::stacks, 0.8,
+                               TPXmaterial::plain(TPXrgb{1.0, 0.9, 0.1}, 0.45));
+        auto halo = std::make_unique<TPXnode>(TPXkind::Widget, haloName);
+        halo->setGeometry(m_halo);
+        found->second.object->adopt(std::move(halo));
+    }
+    m_highlighted.push_back(serial);
+    return true;
+}
+
+void GraphScene::clearHighlights() {
+    for (std::uint64_t serial : m_highlighted) {
+        if (auto edge = m_edges.find(serial); edge != m_edges.end()) {
+            edge->second.object->setHighlighted(false);
+        } else if (auto vertex = m_vertices.find(serial); vertex != m_vertices.end()) {
+            for (TPXnode* child = vertex->second.object->firstChild(); child;) {
+                TPXnode* next = child->nextSibling();
+                if (child->name() == haloName)
+                    child->unlink();
+                child = next;
+            }
+        }
+    }
+    m_highlighted.clear();
+}
+
+void GraphScene::followPlacements() {
+    for (auto& [serial, record] : m_vertices)
+        followPlacement(*record.vertex);
+}
+
+void GraphScene::followPlacement(const DirectedGraphVertex& vertex) {
+    auto found = m_vertices.find(vertex.serial());
+    if (found == m_vertices.end())
+        return;
+    const VertexLook look = readVertexLook(*found->second.vertex);
+    TPXplacement place = found->second.object->placement();
+    place.position = look.position;
+    place.orientation = TPXquaternion::fromAngles(look.orientation);
+    place.scale = look.scale;
+    found->second.object->setPlacement(place);
+    followVertex(vertex);
+}
+
+std::unordered_map<std::uint64_t, TPXp3> GraphScene::vertexPositions() const {
+    std::unordered_map<std::uint64_t, TPXp3> positions;
+    positions.reserve(m_vertices.size());
+    for (const auto& [serial, record] : m_vertices)
+        positions.emplace(serial, record.object->placement().position);
+    return positions;
+}
+
+bool GraphScene::showVertexAt(std::uint64_t serial, const TPXp3& position) {
+    auto found = m_vertices.find(serial);
+    if (found == m_vertices.end())
+        return false;
+    found->second.object->setPosition(position);
+    followVertex(*found->second.vertex);
+    return true;
 }
 
 std::unique_ptr<TPXnode> GraphScene::makeVertexObject(DirectedGraphVertex& vertex) {

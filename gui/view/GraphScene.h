@@ -40,8 +40,26 @@ class GraphScene {
     // Shows `graph` anew: every element gets a new object and its "__link__"; vertices gain the
     // attributes a shown vertex carries. The graph must outlive the scene or the next build.
     void build(DirectedGraph& graph);
-    // Catches up with `changes` made to the graph of the last build.
+    // Catches up with `changes` made to the graph of the last build. A created vertex without
+    // a "position" is placed among its neighbours that were shown before (on the line between
+    // two, in the middle of more, beside a single one) and keeps that place as its attribute,
+    // so that a step leaves the rest of the picture where it was.
     void update(const SceneChanges& changes);
+    // Places the vertex objects where the vertices' attributes say again (after a layout wrote
+    // them); edges follow.
+    void followPlacements();
+    void followPlacement(const DirectedGraphVertex& vertex);
+    // Highlights the object of `element` until clearHighlights(): an edge runs dashed, a vertex
+    // wears a yellow halo. False when the element is not shown.
+    bool highlight(const GraphObject& element);
+    void clearHighlights();
+    static constexpr const char* haloName = "__halo__";
+
+    // The position of every vertex object, by vertex serial.
+    std::unordered_map<std::uint64_t, TPXp3> vertexPositions() const;
+    // Shows the vertex `serial` at `position` without changing its attributes (an animation's
+    // frame); false when it is not shown.
+    bool showVertexAt(std::uint64_t serial, const TPXp3& position);
 
     // The scene to draw: a chain of two group nodes, the vertices' and then the edges'.
     TPXnode* root() const { return m_root.get(); }
@@ -82,6 +100,8 @@ class GraphScene {
     using Pair = std::pair<std::uint64_t, std::uint64_t>;
 
     void addVertex(DirectedGraphVertex& vertex);
+    // Gives the created `vertices` without a position one near their shown neighbours.
+    void placeAmongNeighbours(const std::vector<DirectedGraphVertex*>& vertices);
     void refreshVertex(VertexRecord& record);
     // Adds the edge's object if both ends are shown; returns its pair of ends to bend.
     void addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent);
@@ -109,6 +129,8 @@ class GraphScene {
     TPXfontCache m_fonts;
     TPXref<TPXfont> m_font;  // empty when the font cannot be loaded: labels are left out
     TPXref<TPXgeometry> m_arrowhead;
+    TPXref<TPXgeometry> m_halo;                // made on first use
+    std::vector<std::uint64_t> m_highlighted;  // serials; some may have left since
     DirectedGraph* m_graph = nullptr;
 
     std::unique_ptr<TPXnode> m_root;  // the vertices' group; its sibling is the edges' group

@@ -33,28 +33,50 @@ void StepRecorder::onEvent(int event, DirectedGraph* host, const GraphMorphism* 
     if (!host || !occurrence)
         return;
     if (event == kEventOccurrenceChosen)
-        chosen(*host, *occurrence);
+        chosen(*host, *occurrence, nullptr);
     else if (event == kEventApplied)
         applied(*host, *occurrence);
 }
 
-void StepRecorder::chosen(DirectedGraph& host, const GraphMorphism& occurrence) {
+void StepRecorder::chosen(DirectedGraph& host, const GraphMorphism& occurrence,
+                          const PreparedRule& rule) {
+    chosen(host, occurrence, &rule);
+}
+
+void StepRecorder::chosen(DirectedGraph& host, const GraphMorphism& occurrence,
+                          const PreparedRule* rule) {
     m_images.clear();
     m_neighbours.clear();
+    m_doomed.clear();
     for (const VertexPair& pair : occurrence.vertexPairs()) {
         if (!pair.right)
             continue;
         m_images.emplace_back(pair.right, pair.right->serial());
+        if (rule && rule->isDeleted(pair.left))
+            m_doomed.insert(pair.right->serial());
         for (DirectedGraphEdge& edge : pair.right->incoming())
             m_neighbours.emplace_back(&edge, edge.serial());
         for (DirectedGraphEdge& edge : pair.right->outgoing())
             m_neighbours.emplace_back(&edge, edge.serial());
     }
-    for (const EdgePair& pair : occurrence.edgePairs())
-        if (pair.right)
-            m_images.emplace_back(pair.right, pair.right->serial());
+    for (const EdgePair& pair : occurrence.edgePairs()) {
+        if (!pair.right)
+            continue;
+        m_images.emplace_back(pair.right, pair.right->serial());
+        if (rule && rule->isDeleted(pair.left))
+            m_doomed.insert(pair.right->serial());
+    }
     m_lastVertexSerial = lastSerial(host.vertices());
     m_lastEdgeSerial = lastSerial(host.edges());
+}
+
+void StepRecorder::deleted() {
+    for (std::uint64_t serial : m_doomed)
+        remove(serial);
+    // The other edges of a deleted vertex stay, with an end outside the graph.
+    for (const auto& [edge, serial] : m_neighbours)
+        if (!m_doomed.count(serial))
+            touch(*edge);
 }
 
 void StepRecorder::applied(DirectedGraph& host, const GraphMorphism& survivors) {
@@ -84,6 +106,7 @@ void StepRecorder::applied(DirectedGraph& host, const GraphMorphism& survivors) 
         touch(*object);
     m_images.clear();
     m_neighbours.clear();
+    m_doomed.clear();
 }
 
 void StepRecorder::touch(GraphObject& object) {

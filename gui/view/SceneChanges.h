@@ -12,6 +12,7 @@
 
 #include "graph/DirectedGraph.h"
 #include "graph/GraphMorphism.h"
+#include "graph/PreparedRule.h"
 
 namespace vellum {
 
@@ -26,11 +27,17 @@ class StepRecorder {
     // Feed every rule-application event here (a RuleCallback may forward to it). Events other
     // than "occurrence chosen" and "applied" are ignored.
     void onEvent(int event, DirectedGraph* host, const GraphMorphism* occurrence);
+    // The occurrence `rule` is about to rewrite, in place of the "occurrence chosen" event:
+    // knowing what the rule deletes, the recorder can also follow the step's first half.
+    void chosen(DirectedGraph& host, const GraphMorphism& occurrence, const PreparedRule& rule);
+    // At the intermediate event, after such a chosen(): records the elements the step has
+    // deleted and the edges that lost an end, so that the deletion can be shown on its own.
+    void deleted();
     // Everything recorded since the last take, and forgets it.
     SceneChanges take();
 
   private:
-    void chosen(DirectedGraph& host, const GraphMorphism& occurrence);
+    void chosen(DirectedGraph& host, const GraphMorphism& occurrence, const PreparedRule* rule);
     void applied(DirectedGraph& host, const GraphMorphism& survivors);
     void touch(GraphObject& object);
     void remove(std::uint64_t serial);
@@ -39,6 +46,8 @@ class StepRecorder {
     // (alive until the step removes them), and the last serials before it.
     std::vector<std::pair<GraphObject*, std::uint64_t>> m_images;
     std::vector<std::pair<GraphObject*, std::uint64_t>> m_neighbours;
+    // The serials of the images the rule deletes (known only when it was given).
+    std::unordered_set<std::uint64_t> m_doomed;
     std::uint64_t m_lastVertexSerial = 0;
     std::uint64_t m_lastEdgeSerial = 0;
 
