@@ -43,6 +43,10 @@ test::GuiToolkit* const toolkit = &test::guiToolkit();
 const std::string kExamples = VELLUM_EXAMPLES_DIR;
 const std::string kSierpinski = kExamples + "/sierpinski/";
 const std::string kMutex = kExamples + "/mutex/";
+// A pause no run in these tests waits out, and the bound on ending one early: wide enough for a
+// sanitizer build on a loaded machine, far below the pause.
+constexpr int kLongPause = 120000;
+constexpr std::chrono::milliseconds kPromptly{20000};
 
 // Answers the frame's questions: files from a queue, the unit chooser with a unit name, the
 // step dialog through `onStep`; notes every message box.
@@ -295,7 +299,8 @@ TEST_F(InterpreterFrameTest, RunsAUnitToTheCommandLinesGraphAndSavesIt) {
 
 TEST_F(InterpreterFrameTest, AStartWhileRunningAlertsAndStopEndsALongPauseAtOnce) {
     load(kMutex + "ring5.dg");
-    frame_->setSnooze(5000);
+    // A pause far longer than any wait below: ending it early is Stop's doing.
+    frame_->setSnooze(kLongPause);
     startThroughMenu(kMutex + "mutex.mod", "sts");
     ASSERT_TRUE(frame_->running());
     startThroughMenu(kMutex + "mutex.mod", "sts");
@@ -310,8 +315,8 @@ TEST_F(InterpreterFrameTest, AStartWhileRunningAlertsAndStopEndsALongPauseAtOnce
     const Clock::time_point stopped = Clock::now();
     command(InterpreterFrame::kStop);
     EXPECT_EQ(status(), "CPU idle");
-    ASSERT_TRUE(waitForEnd(std::chrono::milliseconds(2000)));
-    EXPECT_LT(Clock::now() - stopped, std::chrono::milliseconds(2000));
+    ASSERT_TRUE(waitForEnd(kPromptly));
+    EXPECT_LT(Clock::now() - stopped, kPromptly);
     EXPECT_NE(console_.text().find("Program aborted by user"), std::string::npos);
 
     // Starting again at once works, and the graph is usable again.
@@ -554,7 +559,8 @@ TEST_F(InterpreterFrameTest, ClosingMidRunEndsTheRun) {
         const char* what;
         int snooze;
     };
-    for (const Row& row : {Row{"in a long pause", 5000}, Row{"waiting for the step dialog", -1}}) {
+    for (const Row& row :
+         {Row{"in a long pause", kLongPause}, Row{"waiting for the step dialog", -1}}) {
         SCOPED_TRACE(row.what);
         if (!frame_) {
             auto prompts = std::make_unique<ScriptedPrompts>();
@@ -577,7 +583,7 @@ TEST_F(InterpreterFrameTest, ClosingMidRunEndsTheRun) {
         EXPECT_TRUE(frame_->Close(true));
         frame_ = nullptr;
         settle();
-        EXPECT_LT(Clock::now() - closing, std::chrono::milliseconds(2000));
+        EXPECT_LT(Clock::now() - closing, kPromptly);
         EXPECT_FALSE(stepAsked);
         EXPECT_NE(console_.text().find("Program aborted by user"), std::string::npos)
             << console_.text();
