@@ -10,9 +10,7 @@
 #include "gui/view/ElementLook.h"
 #include "gui/view/GraphScene.h"
 #include "gui/view/PngWriter.h"
-#include "gui/view/TPXcamera.h"
-#include "gui/view/TPXoffscreen.h"
-#include "gui/view/TPXrenderer.h"
+#include "gui/view/ScenePainter.h"
 
 namespace vellum {
 
@@ -26,30 +24,6 @@ std::string extensionOf(const std::string& fileName) {
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return extension;
-}
-
-std::optional<TPXimage> draw(const GraphScene& scene, const PictureOptions& options,
-                             std::string& error) {
-    std::optional<TPXcamera> camera = TPXcamera::standard(options.camera);
-    if (!camera) {
-        error = "unknown camera '" + options.camera + "' (perspective, top, front or left)";
-        return std::nullopt;
-    }
-    std::unique_ptr<TPXoffscreen> surface =
-        TPXoffscreen::create(options.width, options.height, error);
-    if (!surface || !surface->makeCurrent()) {
-        if (error.empty())
-            error = "cannot make the OpenGL context current";
-        return std::nullopt;
-    }
-    camera->setViewport(options.width, options.height);
-    camera->fit(scene.bounds());
-    TPXrenderer renderer;
-    renderer.look().background = options.background;
-    renderer.drawFrame(scene.root(), *camera, options.width, options.height);
-    TPXimage picture = surface->read();
-    surface->release();
-    return picture;
 }
 
 TPXimage grey(const TPXimage& colour) {
@@ -125,7 +99,10 @@ std::optional<TPXimage> graphPicture(DirectedGraph& graph, const std::string& mo
     setOutUnplaced(graph);
     GraphScene scene(modelFolder);
     scene.build(graph);
-    return draw(scene, options, error);
+    std::unique_ptr<ScenePainter> painter = ScenePainter::create(options, error);
+    if (!painter)
+        return std::nullopt;
+    return painter->draw(scene.root(), scene.bounds(), error);
 }
 
 std::optional<TPXimage> rulePicture(DirectedGraphRule& rule, int width, int height,
@@ -139,10 +116,13 @@ std::optional<TPXimage> rulePicture(DirectedGraphRule& rule, int width, int heig
     GraphScene leftScene, rightScene;
     leftScene.build(rule.editLeftSide());
     rightScene.build(rule.editRightSide());
-    std::optional<TPXimage> left = draw(leftScene, options, error);
+    std::unique_ptr<ScenePainter> painter = ScenePainter::create(options, error);
+    if (!painter)
+        return std::nullopt;
+    std::optional<TPXimage> left = painter->draw(leftScene.root(), leftScene.bounds(), error);
     if (!left)
         return std::nullopt;
-    std::optional<TPXimage> right = draw(rightScene, options, error);
+    std::optional<TPXimage> right = painter->draw(rightScene.root(), rightScene.bounds(), error);
     if (!right)
         return std::nullopt;
     TPXimage both(width, height, TPXimage::Type::Colour);

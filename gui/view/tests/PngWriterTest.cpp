@@ -1,69 +1,18 @@
 // PNG files read back with libpng itself: the header, the two text chunks in their order, the
 // rows; and the files a failed write leaves.
 #include <gtest/gtest.h>
-#include <png.h>
-
-#include <csetjmp>
-#include <cstdio>
-#include <memory>
 
 #include "gui/view/PngWriter.h"
 #include "tests/support/LimitedChild.h"
+#include "tests/support/PngFile.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {
 
+using test::PngContents;
+using test::readPng;
 using test::TempFolder;
-
-struct PngContents {
-    png_uint_32 width = 0;
-    png_uint_32 height = 0;
-    int bitDepth = 0;
-    int colourType = 0;
-    int interlace = 0;
-    std::vector<std::pair<std::string, std::string>> texts;  // key and text, in file order
-    std::vector<int> textCompressions;
-    std::vector<std::uint8_t> pixels;
-};
-
-// Fills `contents` from an opened read structure; one frame without destructible objects,
-// since a libpng error longjmps back to its start.
-bool decode(png_structp png, png_infop info, PngContents& contents) {
-    if (setjmp(png_jmpbuf(png)))
-        return false;
-    png_read_info(png, info);
-    png_get_IHDR(png, info, &contents.width, &contents.height, &contents.bitDepth,
-                 &contents.colourType, &contents.interlace, nullptr, nullptr);
-    const std::size_t rowBytes = png_get_rowbytes(png, info);
-    contents.pixels.resize(rowBytes * contents.height);
-    for (png_uint_32 y = 0; y < contents.height; ++y)
-        png_read_row(png, contents.pixels.data() + y * rowBytes, nullptr);
-    png_read_end(png, info);
-    png_textp texts = nullptr;
-    const int count = png_get_text(png, info, &texts, nullptr);
-    for (int i = 0; i < count; ++i) {
-        contents.texts.emplace_back(texts[i].key, texts[i].text);
-        contents.textCompressions.push_back(texts[i].compression);
-    }
-    return true;
-}
-
-bool readPng(const std::string& fileName, PngContents& contents) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName.c_str(), "rb"),
-                                                               std::fclose);
-    if (!file)
-        return false;
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
-    bool read = false;
-    if (info != nullptr) {
-        png_init_io(png, file.get());
-        read = decode(png, info, contents);
-    }
-    png_destroy_read_struct(&png, &info, nullptr);
-    return read;
-}
 
 TEST(PngWriter, WritesRgbRowsAfterTheTitleAndSourceChunks) {
     TPXimage image(2, 3, TPXimage::Type::Colour);
