@@ -40,9 +40,13 @@ const std::vector<Command>& commands() {
          "shape, place and colour, and its label; -o also writes the graph with the attributes "
          "the scene added.",
          runScene},
-        {"run", "MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet]",
+        {"run",
+         "MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet] "
+         "[--frames DIR [--size WxH]]",
          "Runs a transformation unit of a Koral module on the graph; -o - writes the graph to "
-         "standard output and the console log to standard error.",
+         "standard output and the console log to standard error. --frames writes the graph's "
+         "picture before the run and after every step into DIR as step-000000.png, "
+         "step-000001.png, ... (default size 800x600); needs no display.",
          runRun},
     };
     return table;
@@ -124,6 +128,21 @@ std::string OptionTable::parse(const Arguments& arguments, std::size_t& given) c
             return "unexpected argument '" + argument + "'";
         }
     }
+    return {};
+}
+
+std::string readPictureSize(const std::string& text, int& width, int& height) {
+    constexpr int maxSide = 8192;
+    const auto x = text.find('x');
+    const std::optional<int> w =
+        x == std::string::npos ? std::nullopt : wholeNumber<int>(text.substr(0, x));
+    const std::optional<int> h =
+        x == std::string::npos ? std::nullopt : wholeNumber<int>(text.substr(x + 1));
+    if (!w || !h || *w < 1 || *h < 1 || *w > maxSide || *h > maxSide)
+        return "--size needs WIDTHxHEIGHT, each 1 to " + std::to_string(maxSide) + ", not '" +
+               text + "'";
+    width = *w;
+    height = *h;
     return {};
 }
 

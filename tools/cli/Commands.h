@@ -78,6 +78,11 @@ class OptionTable {
     std::vector<std::string*> positional_;
 };
 
+// Reads a picture size given as "WIDTHxHEIGHT" (--size), each side 1 to 8192: beyond that
+// offscreen buffers fail on most drivers anyway. Returns the problem, empty when the size is
+// fine; the sides are set only then.
+std::string readPictureSize(const std::string& text, int& width, int& height);
+
 // What is wrong with `file` as the file a command is to write (-o): empty when nothing is, else
 // the problem for usageError. Checked before the work, so that a run does not end unsaved: the
 // name must not be empty nor an existing folder, and its folder must exist as a folder.
@@ -112,8 +117,8 @@ int runPicture(const Arguments& arguments);
 int runScene(const Arguments& arguments);
 // The folder of `file` for looking up files it names, "." when it has none.
 std::string folderOf(const std::string& file);
-// `run MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet]`: runs a
-// transformation unit on the graph with the interpreter.
+// `run MODULE UNIT GRAPH [-o OUT] [--seed N] [--trace] [--stats] [--quiet] [--frames DIR
+// [--size WxH]]`: runs a transformation unit on the graph with the interpreter.
 int runRun(const Arguments& arguments);
 
 // A module file given on the command line (run, check), with its folder as the module and rule

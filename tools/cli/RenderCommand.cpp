@@ -17,23 +17,6 @@ namespace vellum::cli {
 
 namespace {
 
-// The largest picture side: beyond it offscreen buffers fail on most drivers anyway.
-constexpr int maxSide = 8192;
-
-std::string readSize(const std::string& text, int& width, int& height) {
-    const auto x = text.find('x');
-    const std::optional<int> w =
-        x == std::string::npos ? std::nullopt : wholeNumber<int>(text.substr(0, x));
-    const std::optional<int> h =
-        x == std::string::npos ? std::nullopt : wholeNumber<int>(text.substr(x + 1));
-    if (!w || !h || *w < 1 || *h < 1 || *w > maxSide || *h > maxSide)
-        return "--size needs WIDTHxHEIGHT, each 1 to " + std::to_string(maxSide) + ", not '" +
-               text + "'";
-    width = *w;
-    height = *h;
-    return {};
-}
-
 std::string readBackground(const std::string& text, TPXrgb& colour) {
     double c[3];
     char tail;
@@ -73,7 +56,9 @@ int runRender(const Arguments& arguments) {
             .positional(graphFile)
             .value("-o", out)
             .value("--size",
-                   [&](const std::string& v) { return readSize(v, options.width, options.height); })
+                   [&](const std::string& v) {
+                       return readPictureSize(v, options.width, options.height);
+                   })
             .value("--camera",
                    [&](const std::string& v) {
                        options.camera = v;
@@ -111,7 +96,8 @@ int runPicture(const Arguments& arguments) {
         OptionTable()
             .positional(ruleFile)
             .value("-o", out)
-            .value("--size", [&](const std::string& v) { return readSize(v, width, height); })
+            .value("--size",
+                   [&](const std::string& v) { return readPictureSize(v, width, height); })
             .parse(arguments, given);
     if (problem.empty() && given != 1)
         problem = "expected one rule file";

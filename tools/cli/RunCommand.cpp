@@ -1,11 +1,13 @@
-// vellum-cli run MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet]: runs a
-// transformation unit on a graph with the Koral interpreter and lets its console log through to
-// standard output (to standard error when `-o -` puts the graph there). MODULE is a module file
-// (its folder then serves as the module and rule search path where those are unset) or a module
-// name found along "koralModules". Ctrl-C stops the run as the desktop program's Stop does.
-// Exit status 0 when the run ended normally, 1 when it ended with an error or a condition could
-// not be evaluated, 130 when it was stopped by Ctrl-C, 2 for usage and loading errors. A run that
-// did not end normally never writes over one of the files it read: its graph goes beside it.
+// vellum-cli run MODULE UNIT GRAPH [-o OUT|-] [--seed N] [--trace] [--stats] [--quiet]
+// [--frames DIR [--size WxH]]: runs a transformation unit on a graph with the Koral interpreter
+// and lets its console log through to standard output (to standard error when `-o -` puts the
+// graph there); --frames records the run as numbered pictures (RunPictures). MODULE is a module
+// file (its folder then serves as the module and rule search path where those are unset) or a
+// module name found along "koralModules". Ctrl-C stops the run as the desktop program's Stop
+// does. Exit status 0 when the run ended normally, 1 when it ended with an error, a condition
+// could not be evaluated or the pictures failed, 130 when it was stopped by Ctrl-C, 2 for usage
+// and loading errors. A run that did not end normally never writes over one of the files it
+// read: its graph goes beside it.
 #include <atomic>
 #include <charconv>
 #include <csignal>
@@ -28,6 +30,7 @@
 #include "koral/ModuleCache.h"
 #include "koral/RuleCache.h"
 #include "tools/cli/Commands.h"
+#include "tools/cli/RunPictures.h"
 
 namespace vellum::cli {
 namespace {
@@ -71,32 +74,43 @@ struct RunOptions {
     bool trace = false;
     bool statistics = false;
     bool quiet = false;
+    std::optional<std::string> frames;  // the folder of the pictures
+    PictureOptions picture;
 };
 
 // The options, or the problem to report in `problem`.
 std::optional<RunOptions> parseOptions(const Arguments& arguments, std::string& problem) {
     RunOptions options;
     std::size_t given = 0;
-    problem = OptionTable()
-                  .flag("--trace", options.trace)
-                  .flag("--stats", options.statistics)
-                  .flag("--quiet", options.quiet)
-                  .value("-o", options.output)
-                  .value("--seed",
-                         [&options](const std::string& text) {
-                             options.seed = wholeNumber<std::uint32_t>(text);
-                             return options.seed
-                                        ? ""
-                                        : "the seed must be a whole number from 0 to 4294967295";
-                         })
-                  .positional(options.module)
-                  .positional(options.unit)
-                  .positional(options.graphFile)
-                  .parse(arguments, given);
+    bool sized = false;
+    problem =
+        OptionTable()
+            .flag("--trace", options.trace)
+            .flag("--stats", options.statistics)
+            .flag("--quiet", options.quiet)
+            .value("-o", options.output)
+            .value("--seed",
+                   [&options](const std::string& text) {
+                       options.seed = wholeNumber<std::uint32_t>(text);
+                       return options.seed ? ""
+                                           : "the seed must be a whole number from 0 to 4294967295";
+                   })
+            .value("--frames", options.frames)
+            .value("--size",
+                   [&options, &sized](const std::string& text) {
+                       sized = true;
+                       return readPictureSize(text, options.picture.width, options.picture.height);
+                   })
+            .positional(options.module)
+            .positional(options.unit)
+            .positional(options.graphFile)
+            .parse(arguments, given);
     if (problem.empty() && given != 3)
         problem = "expected a module, a transformation unit and a graph file";
     if (problem.empty() && options.output && *options.output != kStandardOutput)
         problem = outputFileProblem(*options.output);
+    if (problem.empty() && sized && !options.frames)
+        problem = "--size goes with --frames";
     if (!problem.empty())
         return std::nullopt;
     return options;
@@ -246,9 +260,10 @@ void writeStatistics(const KoralStatistics& statistics) {
 }
 
 // Starts the run and waits for its end, turning Ctrl-C into the interpreter's Stop.
-koralCPU::Outcome runToEnd(koralCPU& cpu, const koralUnit& unit, DirectedGraph& graph, bool quiet) {
+koralCPU::Outcome runToEnd(koralCPU& cpu, const koralUnit& unit, DirectedGraph& graph,
+                           KoralFrame* frame, bool quiet) {
     InterruptGuard interrupts;
-    if (!cpu.start(&unit, &graph, nullptr, quiet))
+    if (!cpu.start(&unit, &graph, frame, quiet))
         return koralCPU::Outcome::Exception;
     while (!cpu.waitUntilIdle(std::chrono::milliseconds(50))) {
         if (interruptRequested.load() == 1)
@@ -294,10 +309,36 @@ const koralModule* ModuleFolderSearch::load() const {
 
 namespace {
 
+// The recording --frames asks for, its first picture written; null, with the reason on standard
+// error, when it cannot start.
+std::unique_ptr<RunPictures> startRecording(const RunOptions& options, DirectedGraph& graph) {
+    std::string error;
+    std::unique_ptr<RunPictures> pictures = RunPictures::start(
+        graph, folderOf(options.graphFile), options.picture, *options.frames, error);
+    if (!pictures) {
+        std::cout.flush();
+        std::cerr << "vellum-cli run: " << error << "\n";
+    }
+    return pictures;
+}
+
+// "vellum-cli run: the recording stopped after N pictures: PROBLEM"; true when it did.
+bool reportRecording(const RunPictures* pictures) {
+    if (pictures == nullptr || pictures->problem().empty())
+        return false;
+    std::cerr << "vellum-cli run: the recording stopped after " << pictures->pictures()
+              << " pictures: " << pictures->problem() << "\n";
+    return true;
+}
+
 int runLoaded(const RunOptions& options, const koralUnit& unit, DirectedGraph& graph) {
     std::optional<ConsoleOnStandardError> consoleOnStandardError;
     if (options.output == kStandardOutput)
         consoleOnStandardError.emplace();
+    // After the console's redirection: showing the graph may have something to say.
+    std::unique_ptr<RunPictures> pictures;
+    if (options.frames && !(pictures = startRecording(options, graph)))
+        return kExitFailed;
     koralCPU cpu;
     cpu.setSeed(options.seed);
     if (options.trace) {
@@ -305,12 +346,14 @@ int runLoaded(const RunOptions& options, const koralUnit& unit, DirectedGraph& g
         cpu.setAttemptHook(traceAttempt);
     }
     cpu.setCollectStatistics(options.statistics);
-    const koralCPU::Outcome outcome = runToEnd(cpu, unit, graph, options.quiet);
+    const koralCPU::Outcome outcome = runToEnd(cpu, unit, graph, pictures.get(), options.quiet);
     if (options.statistics)
         writeStatistics(cpu.statistics());
     std::cout.flush();
     int status = exitStatus(outcome);
     if (reportConditionFailures(cpu.conditionFailures()) && status == kExitOk)
+        status = kExitFailed;
+    if (reportRecording(pictures.get()) && status == kExitOk)
         status = kExitFailed;
     if (options.output && !writeResult(graph, options, status == kExitOk))
         status = kExitFailed;
