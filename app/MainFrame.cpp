@@ -49,8 +49,8 @@ GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
     return editor;
 }
 
-InterpreterFrame* MainFrame::openInterpreter() {
-    return new InterpreterFrame(this);
+InterpreterFrame* MainFrame::openInterpreter(std::unique_ptr<EditorPrompts> prompts) {
+    return new InterpreterFrame(this, std::move(prompts));
 }
 
 void MainFrame::onNewGraph(wxCommandEvent&) {

@@ -9,6 +9,8 @@
 
 #include <wx/frame.h>
 
+#include <memory>
+
 #include <string>
 
 namespace vellum {
@@ -32,7 +34,8 @@ class MainFrame : public wxFrame {
     GraphEditorFrame* openGraphEditor(const std::string& fileName = {});
     // Opens an interpreter frame with an empty graph, closed with this one (a run going in it
     // is stopped first).
-    InterpreterFrame* openInterpreter();
+    // Null prompts: the toolkit's boxes.
+    InterpreterFrame* openInterpreter(std::unique_ptr<EditorPrompts> prompts = {});
     LogoCanvas* logoCanvas() const { return canvas_; }
 
   private:

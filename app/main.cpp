@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,14 +17,19 @@ namespace {
 
 class VellumApp : public wxApp {
   public:
+    void setOptions(vellum::StartupOptions options) { options_ = std::move(options); }
+    int exitStatus() const { return exitStatus_; }
+
     bool OnInit() override {
-        // The console keeps echoing to standard output: useful when started from a terminal.
-        std::vector<std::string> files;
-        for (int i = 1; i < argc; ++i)
-            files.push_back(argv[i].utf8_string());
-        SetTopWindow(vellum::startUp(files));
+        // The console keeps echoing to standard output: useful when started from a terminal,
+        // where a run's READY line then shows its time.
+        SetTopWindow(vellum::startUp(options_, [this](int status) { exitStatus_ = status; }));
         return true;
     }
+
+  private:
+    vellum::StartupOptions options_;
+    int exitStatus_ = 0;
 };
 
 bool isSet(const char* variable) {
@@ -49,6 +55,17 @@ struct ToolkitCleanup {
 wxIMPLEMENT_APP_NO_MAIN(VellumApp);
 
 int main(int argc, char** argv) {
+    std::string problem;
+    const std::optional<vellum::StartupOptions> options =
+        vellum::parseCommandLine(std::vector<std::string>(argv + 1, argv + argc), problem);
+    if (!options) {
+        std::fprintf(stderr, "vellum: %s\n%s", problem.c_str(), vellum::commandLineUsage());
+        return 2;
+    }
+    if (options->help) {
+        std::fputs(vellum::commandLineUsage(), stdout);
+        return 0;
+    }
     vellum::applyBundledDefaults();
     if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))
         return noDisplay("DISPLAY is not set");
@@ -62,9 +79,11 @@ int main(int argc, char** argv) {
         return noDisplay(std::string("cannot open display '") + (display ? display : "") + "'");
     }
     ToolkitCleanup cleanup;
-    if (!wxTheApp->CallOnInit())
+    auto& app = static_cast<VellumApp&>(*wxTheApp);
+    app.setOptions(*options);
+    if (!app.CallOnInit())
         return 1;
-    const int status = wxTheApp->OnRun();
-    wxTheApp->OnExit();
-    return status;
+    const int status = app.OnRun();
+    app.OnExit();
+    return status != 0 ? status : app.exitStatus();
 }

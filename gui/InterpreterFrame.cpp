@@ -81,6 +81,7 @@ InterpreterFrame::InterpreterFrame(wxWindow* parent, std::unique_ptr<EditorPromp
 }
 
 InterpreterFrame::~InterpreterFrame() {
+    m_runEnded = nullptr;  // nobody is to hear of a run that the frame's end cuts short
     endRun();
     m_canvas->setScene(nullptr);
 }
@@ -269,6 +270,31 @@ bool InterpreterFrame::startUnit() {
     const std::string file = m_prompts->fileName(this, moduleFilter, "mod", false).utf8_string();
     if (file.empty())
         return false;
+    const koralModule* module = loadModule(file);
+    if (module == nullptr)
+        return false;
+    UnitChooserDialog chooser(this, *module);
+    if (m_prompts->showModal(chooser) != wxID_OK || chooser.unit() == nullptr)
+        return false;
+    return start(*chooser.unit());
+}
+
+bool InterpreterFrame::startUnit(const std::string& moduleFile, const std::string& unitName) {
+    const koralModule* module = loadModule(moduleFile);
+    if (module == nullptr)
+        return false;
+    const koralUnit* unit = module->findUnit(unitName);
+    if (unit == nullptr) {
+        m_prompts->message(this,
+                           "The module '" + wxString::FromUTF8(moduleFile) + "' has no unit '" +
+                               wxString::FromUTF8(unitName) + "'!",
+                           "Alert", wxOK | wxICON_ERROR);
+        return false;
+    }
+    return start(*unit);
+}
+
+const koralModule* InterpreterFrame::loadModule(const std::string& file) {
     // A run that goes keeps the search path it started with; this module's serves only to load
     // it then.
     std::unique_ptr<ModuleFolder> forLoading;
@@ -280,17 +306,12 @@ bool InterpreterFrame::startUnit() {
     }
     // The compiler has written what is wrong with the module to the console.
     const koralModule* module = ModuleCache::instance().loadFile(file);
-    if (module == nullptr) {
+    if (module == nullptr)
         m_prompts->message(this,
                            "Could not load the module '" + wxString::FromUTF8(file) +
                                "'!\nSee console output for more information!",
                            "Alert", wxOK | wxICON_ERROR);
-        return false;
-    }
-    UnitChooserDialog chooser(this, *module);
-    if (m_prompts->showModal(chooser) != wxID_OK || chooser.unit() == nullptr)
-        return false;
-    return start(*chooser.unit());
+    return module;
 }
 
 bool InterpreterFrame::start(const koralUnit& unit) {
@@ -359,6 +380,8 @@ void InterpreterFrame::finishRun() {
     showFigures();
     setStatus(idleStatus);
     enableCommands();
+    if (m_runEnded)
+        m_runEnded(m_cpu.outcome() == koralCPU::Outcome::Normal);
 }
 
 void InterpreterFrame::endRun() {
@@ -370,6 +393,7 @@ void InterpreterFrame::endRun() {
 
 void InterpreterFrame::onClose(wxCloseEvent& event) {
     // The worker goes before the windows and the graph it uses.
+    m_runEnded = nullptr;
     endRun();
     event.Skip();
 }

@@ -10,6 +10,7 @@
 #include <wx/timer.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -94,6 +95,11 @@ class InterpreterFrame : public wxFrame {
     bool screenshot(const std::string& fileName = {});
     // Asks for a module file and one of its units and starts it; false when nothing started.
     bool startUnit();
+    // Starts the unit `unitName` of the module file `moduleFile` without asking; a module that
+    // does not compile or has no such unit shows the "Alert" box. False when nothing started.
+    bool startUnit(const std::string& moduleFile, const std::string& unitName);
+    // Called on the GUI thread whenever a run has ended, with whether it ended normally.
+    void setRunEnded(std::function<void(bool normally)> ended) { m_runEnded = std::move(ended); }
     // Starts the unit on the graph; on failure the "Alert" box says so and false comes back.
     bool start(const koralUnit& unit);
     // Raises the abort flag and ends any pause at once; the run ends at its next check.
@@ -128,6 +134,9 @@ class InterpreterFrame : public wxFrame {
     // GUI thread, posted by the worker: the source display shows the running statement.
     void showSource(const std::string& file, long begin, long end);
     void showFigures();
+    // Loads the module `file` for a start (with its folder on the search path); null, after the
+    // "Alert" box, when it does not compile.
+    const koralModule* loadModule(const std::string& file);
     // The run has ended: join its worker and go back to idle.
     void finishRun();
     // Stops a run that goes and waits for it to end.
@@ -152,7 +161,7 @@ class InterpreterFrame : public wxFrame {
     wxTimer m_watch;      // runs while a run goes
     bool m_runActive = false;
     bool m_stopping = false;  // Stop was chosen and the run has not ended yet
-    wxString m_unitName;      // of the run that goes
+    std::function<void(bool)> m_runEnded;
     std::chrono::steady_clock::time_point m_runStart;     // of the run that goes
     std::chrono::steady_clock::time_point m_lastFigures;  // when they were last shown
 };

@@ -4,7 +4,9 @@
 #include "app/Resources.h"
 #include "app/Startup.h"
 #include "base/Console.h"
+#include "base/Paths.h"
 #include "gui/GraphEditorFrame.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +19,7 @@
 #include <wx/init.h>
 #include <wx/menu.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
@@ -207,6 +210,88 @@ class AppGuiTest : public ::testing::Test {
     ConsoleCapture capture_;
     MainFrame* main_ = nullptr;
 };
+
+TEST(CommandLine, FormsAndMistakes) {
+    struct Row {
+        std::vector<std::string> arguments;
+        std::string problem;  // empty: understood
+    };
+    const std::vector<Row> rows = {
+        {{}, ""},
+        {{"a.dg", "b.dg"}, ""},
+        {{"m.mod", "u", "g.dg"}, ""},  // three files, not a run
+        {{"--run", "m.mod", "u", "g.dg", "--snooze", "-1", "--layout", "sphere",
+          "--quit-when-done"},
+         ""},
+        {{"--run", "m.mod", "u"}, "--run needs a module, a unit and a graph"},
+        {{"--run", "m.mod", "u", "g.dg", "--snooze"}, "--snooze needs a value"},
+        {{"--run", "m.mod", "u", "g.dg", "--snooze", "fast"},
+         "--snooze needs milliseconds from 0 to 3600000 (or -1 for single steps), not 'fast'"},
+        {{"--run", "m.mod", "u", "g.dg", "--snooze", "-2"},
+         "--snooze needs milliseconds from 0 to 3600000 (or -1 for single steps), not '-2'"},
+        {{"--run", "m.mod", "u", "g.dg", "--frames"}, "unknown option '--frames' after --run"},
+        {{"a.dg", "--run"}, "unknown option '--run'"},
+    };
+    for (const Row& row : rows) {
+        std::string problem;
+        const auto options = parseCommandLine(row.arguments, problem);
+        EXPECT_EQ(problem, row.problem);
+        EXPECT_EQ(options.has_value(), row.problem.empty());
+    }
+    std::string problem;
+    const auto run = parseCommandLine(rows[3].arguments, problem);
+    ASSERT_TRUE(run && run->run);
+    EXPECT_EQ(run->run->module, "m.mod");
+    EXPECT_EQ(run->run->unit, "u");
+    EXPECT_EQ(run->run->graph, "g.dg");
+    EXPECT_EQ(run->run->snooze, -1);
+    EXPECT_EQ(run->run->layout, "sphere");
+    EXPECT_TRUE(run->run->quitWhenDone);
+    EXPECT_EQ(parseCommandLine(rows[2].arguments, problem)->files.size(), 3u);
+}
+
+TEST_F(AppGuiTest, RunOptionRunsTheUnitInAnInterpreterAndQuitsWhenDone) {
+    test::ScopedEnvironment classes{"koralGraphClasses", pluginDirectory()};
+    test::ScopedEnvironment graphs{"DirectedGraphEXTGRAPH", "dg"};
+    test::ScopedEnvironment rules{"DirectedGraphEXTRULE", "drl"};
+    const std::string sierpinski = std::string(VELLUM_EXAMPLES_DIR) + "/sierpinski/";
+    struct Row {
+        const char* unit;
+        int status;
+        const char* console;
+    };
+    for (const Row& row :
+         {Row{"gen2", 0, "READY 'gen2'..."}, Row{"nounit", 1, "Alert: The module '"}}) {
+        SCOPED_TRACE(row.unit);
+        StartupOptions options;
+        options.run = RunRequest{
+            sierpinski + "sierpinski.mod", row.unit, sierpinski + "triangle.dg", 0, "", true};
+        int status = -1;
+        InterpreterFrame* interpreter = nullptr;
+        std::size_t vertices = 0;  // when the run ended: the frame closes right after
+        MainFrame* frame = startUp(options, [&](int s) {
+            status = s;
+            vertices = interpreter ? interpreter->graph().vertexCount() : 0;
+        });
+        for (wxWindow* child : frame->GetChildren())
+            if (auto* found = dynamic_cast<InterpreterFrame*>(child))
+                interpreter = found;
+        const size_t windows = wxTopLevelWindows.GetCount();
+        for (int i = 0; i < 2000 && status < 0; ++i) {
+            wxTheApp->Yield(true);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        EXPECT_EQ(status, row.status);
+        EXPECT_EQ(vertices, row.status == 0 ? 15u : 0u);
+        EXPECT_NE(capture_.text().find(row.console), std::string::npos) << capture_.text();
+        // The program's main frame closes, and the interpreter with it.
+        for (int i = 0; i < 100 && wxTopLevelWindows.GetCount() >= windows; ++i) {
+            wxTheApp->Yield(true);
+            wxTheApp->ProcessIdle();
+        }
+        EXPECT_LT(wxTopLevelWindows.GetCount(), windows);
+    }
+}
 
 TEST_F(AppGuiTest, FramesHaveTheirTitlesPlacementAndIcon) {
     EXPECT_EQ(main_->GetTitle(), "Vellum v2 r5");
