@@ -1,5 +1,7 @@
 #include "gui/EditorPrompts.h"
 
+#include <wx/dirdlg.h>
+
 #include <wx/colordlg.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
@@ -16,6 +18,10 @@ wxString EditorPrompts::fileName(wxWindow* parent, const wxString& filter,
     const long flags = save ? wxFD_SAVE | wxFD_OVERWRITE_PROMPT : wxFD_OPEN | wxFD_FILE_MUST_EXIST;
     return wxFileSelector(filter, wxEmptyString, wxEmptyString, extension,
                           filter + "|*." + extension, flags, parent);
+}
+
+wxString EditorPrompts::folderName(wxWindow* parent, const wxString& message) {
+    return wxDirSelector(message, wxEmptyString, wxDD_DEFAULT_STYLE, wxDefaultPosition, parent);
 }
 
 std::optional<wxColour> EditorPrompts::colour(wxWindow* parent, const wxColour& initial) {

@@ -21,6 +21,8 @@ class EditorPrompts {
     // (*.dg)", `extension` is their extension without the dot.
     virtual wxString fileName(wxWindow* parent, const wxString& filter, const wxString& extension,
                               bool save);
+    // A folder, asked for with `message`; empty when the user cancels.
+    virtual wxString folderName(wxWindow* parent, const wxString& message);
     // A colour starting at `initial`; none when the user cancels.
     virtual std::optional<wxColour> colour(wxWindow* parent, const wxColour& initial);
     // Shows a dialog modally and returns its return code (wxID_OK, wxID_CANCEL).

@@ -64,7 +64,7 @@ InterpreterFrame::InterpreterFrame(wxWindow* parent, std::unique_ptr<EditorPromp
                      [this](const std::string& file, long begin, long end) {
                          CallAfter([this, file, begin, end] { showSource(file, begin, end); });
                      },
-                     [this](long) { CallAfter([this] { m_listener.pictureTaken(); }); },
+                     [this](long number) { CallAfter([this, number] { recordPicture(number); }); },
                  }),
       m_watch(this) {
     buildMenus();
@@ -91,6 +91,7 @@ void InterpreterFrame::buildMenus() {
     file->Append(kLoadGraph, "&Load initial graph...");
     file->Append(kSaveGraph, "&Save acutal graph...");
     file->Append(kScreenshot, "Screens&hot...");
+    file->Append(kRecord, "&Record run...");
     file->Append(kExit, "E&xit");
 
     auto* cpu = new wxMenu;
@@ -129,6 +130,7 @@ void InterpreterFrame::enableCommands() {
     // The graph belongs to the run while one goes.
     bar->Enable(kLoadGraph, !m_runActive);
     bar->Enable(kSaveGraph, !m_runActive);
+    bar->Enable(kRecord, !m_runActive);
     // The options and the layout are read by the worker while a run goes.
     bar->Enable(kProperties, !m_runActive);
     bar->Enable(kChooseLayout, !m_runActive);
@@ -145,6 +147,9 @@ void InterpreterFrame::onCommand(wxCommandEvent& event) {
             return;
         case kScreenshot:
             screenshot();
+            return;
+        case kRecord:
+            recordNextRun();
             return;
         case kExit:
             Close();
@@ -266,6 +271,39 @@ bool InterpreterFrame::screenshot(const std::string& fileName) {
     return saveCanvasScreenshot(*this, *m_prompts, *m_canvas, fileName);
 }
 
+bool InterpreterFrame::recordNextRun(const std::string& folder) {
+    if (m_runActive)
+        return false;
+    std::string name = folder;
+    if (name.empty())
+        name = m_prompts->folderName(this, "Folder for the pictures of the next run").utf8_string();
+    if (name.empty())
+        return false;
+    std::string error;
+    std::optional<StepPictureWriter> pictures = StepPictureWriter::open(name, error);
+    if (!pictures) {
+        m_prompts->message(this, wxString::FromUTF8(error), "Alert", wxOK | wxICON_ERROR);
+        return false;
+    }
+    m_pictures = std::move(pictures);
+    console() << "The next run is recorded in '" << name << "'.\n";
+    return true;
+}
+
+void InterpreterFrame::recordPicture(long number) {
+    if (m_pictures) {
+        std::string error;
+        if (m_pictures->write(static_cast<int>(number), m_canvas->screenshot(), error)) {
+            ++m_picturesWritten;
+        } else {
+            // The run goes on unrecorded rather than stopping for a full disk.
+            console() << "The recording stopped: " << error << "\n";
+            m_listener.setRecording(false);
+        }
+    }
+    m_listener.pictureTaken();
+}
+
 bool InterpreterFrame::startUnit() {
     const std::string file = m_prompts->fileName(this, moduleFilter, "mod", false).utf8_string();
     if (file.empty())
@@ -318,10 +356,19 @@ bool InterpreterFrame::start(const koralUnit& unit) {
     // A stopped run may still be ending; one that ended waits only for the watch to notice.
     if (m_runActive && (m_stopping || !m_cpu.running()))
         finishRun();
-    if (!m_runActive)
+    if (!m_runActive) {
         m_listener.begin();
+        m_picturesWritten = 0;
+        m_listener.setRecording(m_pictures.has_value());
+        if (m_pictures)
+            recordPicture(0);  // the graph before the run
+    }
     // While a run goes the interpreter refuses, and says so on the console.
     if (!m_cpu.start(&unit, m_graph.get(), &m_listener, false)) {
+        if (m_pictures && !m_runActive) {
+            console() << "Not recorded: nothing ran.\n";
+            m_pictures.reset();
+        }
         m_prompts->message(this, startFailure, "Alert", wxOK | wxICON_ERROR);
         return false;
     }
@@ -380,6 +427,12 @@ void InterpreterFrame::finishRun() {
     showFigures();
     setStatus(idleStatus);
     enableCommands();
+    if (m_pictures) {
+        console() << "Recorded " << m_picturesWritten << " pictures in '" << m_pictures->folder()
+                  << "'.\n";
+        m_pictures.reset();
+        m_listener.setRecording(false);
+    }
     if (m_runEnded)
         m_runEnded(m_cpu.outcome() == koralCPU::Outcome::Normal);
 }

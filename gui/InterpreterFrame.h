@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "graph/DirectedGraph.h"
@@ -22,6 +23,7 @@
 #include "gui/SourceDisplay.h"
 #include "gui/TPXCanvas.h"
 #include "gui/view/GraphScene.h"
+#include "gui/view/StepPictureWriter.h"
 #include "koral/KoralCPU.h"
 #include "koral/LayoutLibrary.h"
 
@@ -45,6 +47,7 @@ class InterpreterFrame : public wxFrame {
         kLoadGraph = wxID_HIGHEST + 1,
         kSaveGraph,
         kScreenshot,
+        kRecord,
         kExit,
         kStart,
         kStep,
@@ -93,6 +96,11 @@ class InterpreterFrame : public wxFrame {
     // Writes the graph; refused while a run goes. False when nothing was written.
     bool saveGraph(const std::string& fileName = {});
     bool screenshot(const std::string& fileName = {});
+    // Records the next run: its picture before the first step and after every step go into
+    // `folder` (asked for when empty) as numbered PNG files. Refused while a run goes, and with
+    // the reason in an "Alert" box for a folder that cannot take them.
+    bool recordNextRun(const std::string& folder = {});
+    bool recording() const { return m_pictures.has_value(); }
     // Asks for a module file and one of its units and starts it; false when nothing started.
     bool startUnit();
     // Starts the unit `unitName` of the module file `moduleFile` without asking; a module that
@@ -134,6 +142,8 @@ class InterpreterFrame : public wxFrame {
     // GUI thread, posted by the worker: the source display shows the running statement.
     void showSource(const std::string& file, long begin, long end);
     void showFigures();
+    // GUI thread, posted by the worker: the picture of step `number` of a recorded run.
+    void recordPicture(long number);
     // Loads the module `file` for a start (with its folder on the search path); null, after the
     // "Alert" box, when it does not compile.
     const koralModule* loadModule(const std::string& file);
@@ -154,11 +164,13 @@ class InterpreterFrame : public wxFrame {
     InterpreterListener m_listener;
     // Where the rules and modules of the last module chosen are found while it runs.
     std::unique_ptr<ModuleFolder> m_moduleFolder;
-    std::unique_ptr<LayoutLibrary> m_layout;  // changed only while no run goes
-    SourceDisplay* m_source = nullptr;        // owned by the toolkit, as a child frame
-    koralCPU m_cpu;       // declared after what the run uses, so that it ends first
-    TPXCanvas* m_canvas;  // child window, owned by the frame
-    wxTimer m_watch;      // runs while a run goes
+    std::unique_ptr<LayoutLibrary> m_layout;      // changed only while no run goes
+    std::optional<StepPictureWriter> m_pictures;  // of the next or the running run
+    long m_picturesWritten = 0;
+    SourceDisplay* m_source = nullptr;  // owned by the toolkit, as a child frame
+    koralCPU m_cpu;                     // declared after what the run uses, so that it ends first
+    TPXCanvas* m_canvas;                // child window, owned by the frame
+    wxTimer m_watch;                    // runs while a run goes
     bool m_runActive = false;
     bool m_stopping = false;  // Stop was chosen and the run has not ended yet
     std::function<void(bool)> m_runEnded;

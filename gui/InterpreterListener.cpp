@@ -20,6 +20,7 @@ void InterpreterListener::begin() {
     m_recorder = StepRecorder();
     m_stale = false;
     m_midStep = false;
+    m_afterCall = false;
     m_layoutFailed = false;
     m_glides.clear();
     m_pictures = 0;
@@ -87,6 +88,8 @@ void InterpreterListener::pictureTaken() {
 }
 
 void InterpreterListener::notify(const FrameEvent& event) {
+    if (m_afterCall)
+        catchUpWithCall();
     if (const auto* started = std::get_if<StatementStarted>(&event)) {
         statement(*started);
     } else if (const auto* chosen = std::get_if<OccurrenceChosen>(&event)) {
@@ -108,7 +111,21 @@ void InterpreterListener::notify(const FrameEvent& event) {
     pace();
 }
 
+void InterpreterListener::catchUpWithCall() {
+    m_afterCall = false;
+    countFigures();
+    {
+        std::lock_guard<std::mutex> lock(m_sceneLock);
+        if (m_scene == nullptr)
+            return;
+        m_scene->clearHighlights();
+        m_scene->build(m_graph);
+    }
+    m_hooks.repaint();
+}
+
 void InterpreterListener::statement(const StatementStarted& event) {
+    m_afterCall = event.position.code == koralSourcePosition::kCall;
     if (!m_debug) {
         if (m_sourceShown)
             m_hooks.showSource({}, 0, 0);

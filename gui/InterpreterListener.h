@@ -72,7 +72,7 @@ class InterpreterListener : public KoralFrame {
     void setScene(GraphScene* scene) { m_scene = scene; }
     // GUI thread, while no run goes: the layout run after every step (null: none).
     void setLayout(const LayoutLibrary* layout) { m_layout = layout; }
-    // GUI thread, while no run goes: whether each step's picture is taken.
+    // Whether each step's picture is taken; the GUI thread may turn it off during a run.
     void setRecording(bool on) { m_recording = on; }
     // GUI thread, before a run starts: forget the last run's answers, figures and recordings.
     void begin();
@@ -94,9 +94,9 @@ class InterpreterListener : public KoralFrame {
     void answer(StepAnswer answer);
     // GUI thread: the picture asked for with takePicture is written.
     void pictureTaken();
-    // After a run: true when a step could not be followed (a plug-in's, or one that failed after
-    // its deletion was shown) and the scene must be built anew.
-    bool sceneStale() const { return m_stale.load() || m_midStep; }
+    // After a run: true when a step could not be followed (a plug-in's, a method call's, or one
+    // that failed after its deletion was shown) and the scene must be built anew.
+    bool sceneStale() const { return m_stale.load() || m_midStep || m_afterCall; }
     Figures figures() const;
 
     // Worker thread.
@@ -121,13 +121,15 @@ class InterpreterListener : public KoralFrame {
     // run was released meanwhile.
     bool glide(std::unique_lock<std::mutex>& lock, int snooze);
     void countFigures();
+    // After a method call: the scene is built anew from the graph.
+    void catchUpWithCall();
 
     DirectedGraph& m_graph;
     std::mutex& m_sceneLock;
     Hooks m_hooks;
     GraphScene* m_scene = nullptr;
     const LayoutLibrary* m_layout = nullptr;
-    bool m_recording = false;
+    std::atomic<bool> m_recording{false};
     bool m_morphism = true;
     bool m_intermediate = false;
     bool m_debug = false;
@@ -138,6 +140,7 @@ class InterpreterListener : public KoralFrame {
     // Worker only during a run.
     StepRecorder m_recorder;
     bool m_midStep = false;       // shown after the deletion, before the step's end
+    bool m_afterCall = false;     // a method call may have changed the graph unannounced
     bool m_sourceShown = false;   // the source display was asked for and not hidden since
     bool m_layoutFailed = false;  // said once per run
     std::vector<Glide> m_glides;  // of the last step, for the pause that follows it

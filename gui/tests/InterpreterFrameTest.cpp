@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 #include <wx/menu.h>
 
+#include <algorithm>
 #include <chrono>
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -233,6 +235,7 @@ TEST_F(InterpreterFrameTest, TitleMenusAndIdleStatus) {
          {{"&Load initial graph...", true},
           {"&Save acutal graph...", true},
           {"Screens&hot...", true},
+          {"&Record run...", true},
           {"E&xit", true}}},
         {"&CPU",
          {{"&Start...", true}, {"St&ep...", true}, {"S&top...", true}, {"&Properties...", true}}},
@@ -552,6 +555,34 @@ TEST_F(InterpreterFrameTest, ChosenLayoutRunsAfterEachStepAndVerticesGlideDuring
     expectSceneFollowedGraph();
     // From its place on the circle to its place on the sphere, through places in between.
     EXPECT_GE(shownAt.size(), 4u);
+}
+
+TEST_F(InterpreterFrameTest, RecordedRunLeavesOnePicturePerStepAndTheFirstBeforeIt) {
+    test::TempFolder folder;
+    const std::string pictures = folder.path("gen2");
+    load(kSierpinski + "triangle.dg");
+    ASSERT_TRUE(frame_->recordNextRun(pictures));
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen2");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_FALSE(frame_->recording());
+    // gen2 is four steps: one split of the triangle, then three.
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(pictures))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"step-000000.png", "step-000001.png", "step-000002.png",
+                                        "step-000003.png", "step-000004.png"}));
+    EXPECT_NE(test::TempFolder::read(pictures + "/step-000000.png"),
+              test::TempFolder::read(pictures + "/step-000004.png"));
+    EXPECT_NE(console_.text().find("Recorded 5 pictures in '" + pictures + "'."),
+              std::string::npos);
+    // The next run is not recorded; a folder with a recording in it takes no second one.
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen1");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_FALSE(frame_->recordNextRun(pictures));
+    ASSERT_EQ(prompts_->messages.size(), 1u);
+    EXPECT_EQ(prompts_->messages[0].rfind("Alert: ", 0), 0u) << prompts_->messages[0];
 }
 
 TEST_F(InterpreterFrameTest, ClosingMidRunEndsTheRun) {

@@ -48,9 +48,16 @@ void GraphScene::build(DirectedGraph& graph) {
     m_pairs.clear();
     m_highlighted.clear();
     m_lastIdentity = 0;
-    m_root = makeGroup("__vertices__");
-    m_vertexGroup = m_root.get();
-    m_edgeGroup = m_root->adoptSibling(makeGroup("__edges__"));
+    if (m_root) {
+        // A scene built again keeps its two groups, so that whoever draws it keeps its root.
+        for (TPXnode* group : {m_vertexGroup, m_edgeGroup})
+            while (TPXnode* child = group->firstChild())
+                child->unlink();
+    } else {
+        m_root = makeGroup("__vertices__");
+        m_vertexGroup = m_root.get();
+        m_edgeGroup = m_root->adoptSibling(makeGroup("__edges__"));
+    }
     m_lastVertex = m_lastEdge = nullptr;
     m_vertices.reserve(graph.vertexCount());
     m_edges.reserve(graph.edgeCount());

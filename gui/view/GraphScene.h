@@ -38,7 +38,8 @@ class GraphScene {
     GraphScene& operator=(const GraphScene&) = delete;
 
     // Shows `graph` anew: every element gets a new object and its "__link__"; vertices gain the
-    // attributes a shown vertex carries. The graph must outlive the scene or the next build.
+    // attributes a shown vertex carries. The graph must outlive the scene or the next build. The
+    // root stays the same node from the first build on.
     void build(DirectedGraph& graph);
     // Catches up with `changes` made to the graph of the last build. A created vertex without
     // a "position" is placed among its neighbours that were shown before (on the line between
