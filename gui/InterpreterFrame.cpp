@@ -198,6 +198,8 @@ void InterpreterFrame::setStatus(const wxString& text) {
 }
 
 void InterpreterFrame::showFigures() {
+    if (m_runActive && m_canvas->cameraMoves() == m_cameraMovesAtStart)
+        m_canvas->zoomToFit();
     const InterpreterListener::Figures f = m_listener.figures();
     const double seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - m_runStart).count();
@@ -375,6 +377,7 @@ bool InterpreterFrame::start(const koralUnit& unit) {
     m_runActive = true;
     m_stopping = false;
     m_runStart = std::chrono::steady_clock::now();
+    m_cameraMovesAtStart = m_canvas->cameraMoves();
     setStatus(runningPrefix + wxString::FromUTF8(unit.name()));
     showFigures();
     enableCommands();

@@ -167,6 +167,8 @@ class InterpreterFrame : public wxFrame {
     std::unique_ptr<LayoutLibrary> m_layout;      // changed only while no run goes
     std::optional<StepPictureWriter> m_pictures;  // of the next or the running run
     long m_picturesWritten = 0;
+    // The camera keeps the growing graph in view until the user moves it during the run.
+    unsigned long m_cameraMovesAtStart = 0;
     SourceDisplay* m_source = nullptr;  // owned by the toolkit, as a child frame
     koralCPU m_cpu;                     // declared after what the run uses, so that it ends first
     TPXCanvas* m_canvas;                // child window, owned by the frame

@@ -6,6 +6,8 @@
 #include <wx/image.h>
 #include <wx/msgdlg.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
 
 #include "tpx/TPXdraw.h"
@@ -195,8 +197,14 @@ void TPXCanvas::paintNow() {
     auto lock = lockScene();
     if (!makeCurrent())
         return;
+    const auto start = std::chrono::steady_clock::now();
     drawPicture(pictureSize(), m_moving);
     SwapBuffers();
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    ++m_paintStatistics.paints;
+    m_paintStatistics.seconds += seconds;
+    m_paintStatistics.maxSeconds = std::max(m_paintStatistics.maxSeconds, seconds);
     if (!m_vrEnabled) {
         wxClientDC dc(this);
         drawNotice(dc);
@@ -293,6 +301,7 @@ void TPXCanvas::setVrEnabled(bool enabled) {
 }
 
 void TPXCanvas::cameraMoved() {
+    ++m_cameraMoves;
     m_moving = true;
     m_still.StartOnce(stillAfterMs);
     Refresh(false);

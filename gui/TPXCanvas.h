@@ -85,6 +85,8 @@ class TPXCanvas : public wxGLCanvas {
     const TPXcamera& camera() const { return m_navigator.camera(); }
     // Moves the current camera until the whole scene is in view; false for an empty scene.
     bool zoomToFit();
+    // How often the user has moved the camera (drag, wheel, keys) since the canvas was made.
+    unsigned long cameraMoves() const { return m_cameraMoves; }
     // Whether the camera moved within the last stillAfterMs: the canvas then draws the light
     // picture.
     bool moving() const { return m_moving; }
@@ -116,6 +118,16 @@ class TPXCanvas : public wxGLCanvas {
     // Paints now rather than at the next paint event (what the paint handler does).
     void paintNow();
 
+    // The paints made since the last reset and how long each held the scene lock (drawing and
+    // swap), for benchmarks. GUI thread only: plain members, updated by paintNow().
+    struct PaintStatistics {
+        long paints = 0;
+        double seconds = 0.0;     // of all of them together
+        double maxSeconds = 0.0;  // of the longest
+    };
+    const PaintStatistics& paintStatistics() const { return m_paintStatistics; }
+    void resetPaintStatistics() { m_paintStatistics = {}; }
+
   private:
     TPXCanvas(wxWindow* parent, TPXCanvasSetup& setup, bool formatSupported);
     void createContext(const TPXCanvasSetup& setup);
@@ -130,6 +142,7 @@ class TPXCanvas : public wxGLCanvas {
     void drawNotice(wxDC& dc) const;
     void addNotice(TPXimage& image) const;
     void cameraMoved();
+    unsigned long m_cameraMoves = 0;
 
     void onPaint(wxPaintEvent& event);
     void onMouse(wxMouseEvent& event);
@@ -146,6 +159,7 @@ class TPXCanvas : public wxGLCanvas {
     std::function<TPXboundingBox()> m_bounds;
     std::mutex* m_lock = nullptr;
     std::atomic<bool> m_repaintPosted{false};
+    PaintStatistics m_paintStatistics;
     TPXCanvasMouseHandler* m_mouseHandler = nullptr;
     bool m_vrEnabled = true;
     bool m_moving = false;

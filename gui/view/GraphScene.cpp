@@ -192,8 +192,8 @@ bool GraphScene::highlight(const GraphObject& element) {
         if (found == m_vertices.end())
             return false;
         if (!m_halo)
-            m_halo = TPXsphere(TPXdefaults::slices, TPXdefaults::stacks, 0.8,
-                               TPXmaterial::plain(TPXrgb{1.0, 0.9, 0.1}, 0.45));
+            m_halo = TPXsphere(TPXdefaults::slices, TPXdefaults::stacks, 0.7,
+                               TPXmaterial::plain(TPXrgb{1.0, 0.9, 0.1}, 0.35));
         auto halo = std::make_unique<TPXnode>(TPXkind::Widget, haloName);
         halo->setGeometry(m_halo);
         found->second.object->adopt(std::move(halo));
