@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "base/Console.h"
-#include "grammar/ExpressionCall.h"
 #include "grammar/ExpressionGrammar.h"
 
 namespace vellum {
@@ -77,6 +76,17 @@ std::unique_ptr<Value> Expression::evaluate(const Environment& environment) cons
     if (!root_)
         return nullptr;
     return root_->evaluate(environment);
+}
+
+std::vector<CallSite> Expression::calls() const {
+    std::vector<const CallNode*> nodes;
+    if (root_)
+        root_->collectCalls(nodes);
+    std::vector<CallSite> sites;
+    sites.reserve(nodes.size());
+    for (const CallNode* node : nodes)
+        sites.push_back(node->site());
+    return sites;
 }
 
 std::unique_ptr<Value> Expression::evaluateOnce(const std::string& text,

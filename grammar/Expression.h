@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "grammar/ExpressionBuilder.h"
+#include "grammar/ExpressionCall.h"
 #include "grammar/ExpressionEnvironment.h"
 #include "grammar/ExpressionException.h"
 #include "grammar/ExpressionNodes.h"
@@ -33,6 +34,9 @@ class Expression : public GrammarParser {
     // The names of the variables the tree reads, each once, in the order of their first
     // appearance in the text; empty when there is no tree. Lets a caller bind just those.
     const std::vector<std::string>& variableNames() const { return variableNames_; }
+    // The library calls of the tree in written order (a call before those in its arguments);
+    // empty when there is no tree.
+    std::vector<CallSite> calls() const;
 
     // The value of the tree in `environment`: a new value for the caller, or null when there is
     // no tree or the tree yields nothing (a library function returned nothing). Throws

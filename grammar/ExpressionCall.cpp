@@ -35,4 +35,28 @@ std::unique_ptr<Value> CallNode::evaluate(const Environment& environment) const 
     return std::unique_ptr<Value>(entry_(&values, &environment));
 }
 
+void CallNode::collectCalls(std::vector<const CallNode*>& calls) const {
+    calls.push_back(this);
+    for (const NodePtr& argument : arguments_) {
+        if (argument)
+            argument->collectCalls(calls);
+    }
+}
+
+CallSite CallNode::site() const {
+    CallSite site;
+    site.text = name_.library + "." + name_.function;
+    site.library = name_.library;
+    site.function = name_.function;
+    if (!site.function.empty() && site.function.back() == ')')
+        site.function.pop_back();
+    site.found = entry_ != nullptr;
+    for (const NodePtr& argument : arguments_) {
+        const auto* constant = dynamic_cast<const ConstantNode*>(argument.get());
+        site.arguments.push_back(constant != nullptr ? std::optional<Value>(constant->value())
+                                                     : std::nullopt);
+    }
+    return site;
+}
+
 }  // namespace vellum

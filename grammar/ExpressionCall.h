@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,16 @@ struct CallName {
 };
 CallName splitCallText(std::string_view text);
 
+// A call as written, for tools that check calls without making them.
+struct CallSite {
+    std::string text;      // the call token: "$(vmath.max)"
+    std::string library;   // the library's name as cut from it: "$(vmath"
+    std::string function;  // the function's name as written: "max"
+    bool found = false;    // the library exports the function
+    // Each argument in written order: its value when it is a constant, else nothing.
+    std::vector<std::optional<Value>> arguments;
+};
+
 class CallNode final : public ExpressionNode {
   public:
     // The node for a call token's text, or null when its library cannot be loaded.
@@ -35,6 +46,10 @@ class CallNode final : public ExpressionNode {
     // exprException code 1 when the entry or an argument's value is missing; returns what the
     // function returns, which may be nothing.
     std::unique_ptr<Value> evaluate(const Environment& environment) const override;
+    void collectCalls(std::vector<const CallNode*>& calls) const override;
+
+    // The call as written.
+    CallSite site() const;
 
   private:
     CallName name_;

@@ -2,6 +2,8 @@
 
 namespace vellum {
 
+EvaluationContext::~EvaluationContext() = default;
+
 void Environment::bind(std::string name, Value value) {
     bindings_.emplace_back(std::move(name), std::move(value));
 }

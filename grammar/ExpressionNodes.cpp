@@ -1,5 +1,7 @@
 #include "grammar/ExpressionNodes.h"
 
+#include <functional>
+
 #include "grammar/ExpressionException.h"
 
 namespace vellum {
@@ -12,6 +14,8 @@ Value evaluateOperand(const ExpressionNode* node, const Environment& environment
         throw exprException(exprException::kMissing);
     return std::move(*value);
 }
+
+void ExpressionNode::collectCalls(std::vector<const CallNode*>&) const {}
 
 std::unique_ptr<Value> ConstantNode::evaluate(const Environment&) const {
     return std::make_unique<Value>(value_);
@@ -34,6 +38,13 @@ std::unique_ptr<Value> OperatorNode::evaluate(const Environment& environment) co
     return std::make_unique<Value>(applyBinary(op_, left, right));
 }
 
+void OperatorNode::collectCalls(std::vector<const CallNode*>& calls) const {
+    for (const NodePtr& operand : {std::cref(left_), std::cref(right_)}) {
+        if (operand.get())
+            operand.get()->collectCalls(calls);
+    }
+}
+
 std::unique_ptr<Value> ConditionalNode::evaluate(const Environment& environment) const {
     if (!condition_ || !then_ || !else_)
         throw exprException(exprException::kMissing);
@@ -41,6 +52,13 @@ std::unique_ptr<Value> ConditionalNode::evaluate(const Environment& environment)
     if (!condition.is(ValueType::Boolean))
         throw exprException(exprException::kConditionNotBoolean, condition);
     return condition.asBoolean() ? then_->evaluate(environment) : else_->evaluate(environment);
+}
+
+void ConditionalNode::collectCalls(std::vector<const CallNode*>& calls) const {
+    for (const NodePtr& part : {std::cref(condition_), std::cref(then_), std::cref(else_)}) {
+        if (part.get())
+            part.get()->collectCalls(calls);
+    }
 }
 
 }  // namespace vellum

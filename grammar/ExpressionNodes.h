@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "grammar/ExpressionEnvironment.h"
 #include "grammar/ExpressionOperator.h"
@@ -14,11 +15,16 @@
 
 namespace vellum {
 
+class CallNode;
+
 class ExpressionNode {
   public:
     virtual ~ExpressionNode() = default;
     // A new value, or null for nothing. Throws exprException.
     virtual std::unique_ptr<Value> evaluate(const Environment& environment) const = 0;
+    // Appends the library calls of the subtree in written order (a call before the calls in its
+    // arguments), for tools that check calls without making them.
+    virtual void collectCalls(std::vector<const CallNode*>& calls) const;
 };
 
 using NodePtr = std::unique_ptr<ExpressionNode>;
@@ -31,6 +37,7 @@ class ConstantNode final : public ExpressionNode {
   public:
     explicit ConstantNode(Value value) : value_(std::move(value)) {}
     std::unique_ptr<Value> evaluate(const Environment& environment) const override;
+    const Value& value() const { return value_; }
 
   private:
     Value value_;
@@ -53,6 +60,7 @@ class OperatorNode final : public ExpressionNode {
     OperatorNode(Operator op, NodePtr left, NodePtr right)
         : op_(op), left_(std::move(left)), right_(std::move(right)) {}
     std::unique_ptr<Value> evaluate(const Environment& environment) const override;
+    void collectCalls(std::vector<const CallNode*>& calls) const override;
 
   private:
     Operator op_;
@@ -68,6 +76,7 @@ class ConditionalNode final : public ExpressionNode {
           then_(std::move(thenBranch)),
           else_(std::move(elseBranch)) {}
     std::unique_ptr<Value> evaluate(const Environment& environment) const override;
+    void collectCalls(std::vector<const CallNode*>& calls) const override;
 
   private:
     NodePtr condition_;

@@ -116,6 +116,50 @@ TEST(ExpressionCallTest, ArgumentsArriveInWrittenOrderWithTheEnvironment) {
     EXPECT_EQ(*result, Value::string("1 \"x\" true here"));
 }
 
+struct TagContext : EvaluationContext {
+    std::string tag;
+};
+
+// Reports the tag of the context it is lent, or nothing without one.
+extern "C" Value* contextTag(const ValueList*, const Environment* environment) {
+    const auto* context = dynamic_cast<const TagContext*>(environment->context());
+    return context == nullptr ? nullptr : newResult(Value::string(context->tag));
+}
+
+TEST(ExpressionCallTest, TheEnvironmentLendsItsContextToFunctions) {
+    CallNode call({"$(test", "tag)"}, nullptr, &contextTag);
+    Environment environment;
+    EXPECT_EQ(call.evaluate(environment), nullptr);
+    TagContext context;
+    context.tag = "rule";
+    environment.setContext(&context);
+    const Environment copy = environment;
+    const auto result = call.evaluate(copy);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(*result, Value::string("rule"));
+}
+
+// What a checking tool sees of the calls: each as written, whether the library has the
+// function, and the arguments that are constants.
+TEST(ExpressionCallTest, ListsItsCallsAsWritten) {
+    const Expression expression(
+        R"($(vmath.max)(1, $(vmath.nosuch)("a" + "b", -2)) == x ? $(vmath.abs)("c") : 0)");
+    const std::vector<CallSite> calls = expression.calls();
+    ASSERT_EQ(calls.size(), 3u);
+    EXPECT_EQ(calls[0].text, "$(vmath.max)");
+    EXPECT_EQ(calls[0].library, "$(vmath");
+    EXPECT_EQ(calls[0].function, "max");
+    EXPECT_TRUE(calls[0].found);
+    ASSERT_EQ(calls[0].arguments.size(), 2u);
+    EXPECT_EQ(calls[0].arguments[0], Value::integer(1));
+    EXPECT_FALSE(calls[0].arguments[1]) << "a call is no constant";
+    EXPECT_EQ(calls[1].function, "nosuch");
+    EXPECT_FALSE(calls[1].found);
+    ASSERT_EQ(calls[1].arguments.size(), 2u);
+    EXPECT_FALSE(calls[1].arguments[0] || calls[1].arguments[1]) << "nor is a sum or a negation";
+    EXPECT_EQ(calls[2].arguments, (std::vector<std::optional<Value>>{Value::string("\"c\"")}));
+}
+
 TEST(ExpressionCallTest, LibrariesAreSharedWhileHeldAndLoadedAgainAfterwards) {
     auto first = FunctionLibrary::open("$(vmath");
     auto second = FunctionLibrary::open("$(vmath");
