@@ -307,6 +307,33 @@ std::size_t DirectedGraph::edgeCount(std::string_view label) const {
     return labelledEdges(label).size();
 }
 
+std::size_t DirectedGraph::outgoingCount(const DirectedGraphVertex& vertex) const {
+    return labels_.incidentCount(vertex, nullptr, EdgeDirection::Outgoing);
+}
+
+std::size_t DirectedGraph::outgoingCount(const DirectedGraphVertex& vertex,
+                                         std::string_view label) const {
+    const LabelBucket* bucket = labels_.find(label);
+    return bucket == nullptr ? 0 : labels_.incidentCount(vertex, bucket, EdgeDirection::Outgoing);
+}
+
+std::size_t DirectedGraph::incomingCount(const DirectedGraphVertex& vertex) const {
+    return labels_.incidentCount(vertex, nullptr, EdgeDirection::Incoming);
+}
+
+std::size_t DirectedGraph::incomingCount(const DirectedGraphVertex& vertex,
+                                         std::string_view label) const {
+    const LabelBucket* bucket = labels_.find(label);
+    return bucket == nullptr ? 0 : labels_.incidentCount(vertex, bucket, EdgeDirection::Incoming);
+}
+
+bool DirectedGraph::rotateLabelList(DirectedGraphVertex& vertex) {
+    if (!contains(vertex))
+        return false;
+    labels_.rotateToEnd(vertex);
+    return true;
+}
+
 DirectedGraphVertex* DirectedGraph::findVertexByAttribute(const Attribute& attribute) const {
     for (DirectedGraphVertex& vertex : VertexList(vertices_)) {
         const Attribute* mine = vertex.findAttribute(attribute.name());

@@ -1,7 +1,8 @@
 // The directed graph: owns its vertices and edges and keeps, in step with every change, the
 // vertex and edge lists (insertion order), each vertex's incoming and outgoing lists and the
-// label index. Creating, relabelling and removing an element take constant time; removeVertex
-// is linear in the vertex's degree, clear() in the size of the graph.
+// label index (with the edge counts by label of vertices with many edges). Creating, relabelling
+// and removing an element take constant time; removeVertex is linear in the vertex's degree,
+// clear() in the size of the graph.
 //
 // Removal rules, kept because rewriting and the files' behaviour depend on them:
 // - removeEdge() cleans the source's outgoing list or else the target's incoming list. For a
@@ -102,13 +103,28 @@ class DirectedGraph {
     DirectedGraphEdge* nextEdge();
 
     // The label index (read-only): the vertices (edges) with this label, in the order they
-    // took it; empty for a label that no element has.
+    // took it (turned round by rotateLabelList()); empty for a label that no element has.
     VerticesWithLabel verticesWithLabel(std::string_view label);
     ConstVerticesWithLabel verticesWithLabel(std::string_view label) const;
     EdgesWithLabel edgesWithLabel(std::string_view label);
     ConstEdgesWithLabel edgesWithLabel(std::string_view label) const;
     std::size_t vertexCount(std::string_view label) const;
     std::size_t edgeCount(std::string_view label) const;
+
+    // The edges of the graph that leave (enter) `vertex`: all of them, or those labelled
+    // `label`. Constant time (a vertex with many edges has its counts kept by the label index).
+    // Unlike inDegree(), lingering self-loops do not count: they are no edges of the graph.
+    std::size_t outgoingCount(const DirectedGraphVertex& vertex) const;
+    std::size_t outgoingCount(const DirectedGraphVertex& vertex, std::string_view label) const;
+    std::size_t incomingCount(const DirectedGraphVertex& vertex) const;
+    std::size_t incomingCount(const DirectedGraphVertex& vertex, std::string_view label) const;
+
+    // Turns the list of the vertices with the vertex's label round so that the vertex comes
+    // last: those after it come first, then those up to it. The matcher does so when its search
+    // for one occurrence has taken a vertex from that list, so that the next search starts
+    // where this one ended instead of meeting the vertices it has just passed over again.
+    // False when the vertex is not in this graph. Constant time.
+    bool rotateLabelList(DirectedGraphVertex& vertex);
 
     // The first vertex in list order that has an attribute of the same name whose equality
     // test with `attribute` holds; null if none. Linear in the number of vertices.

@@ -112,6 +112,17 @@ class IntrusiveList {
         h.prev = h.next = nullptr;
         --size_;
     }
+    // Turns the list round so that `item` (an element of it) comes last: the elements after it
+    // come first, then those up to it, each part in its order. Constant time.
+    void rotateToEnd(T& item) {
+        Hook& h = hook(item);
+        root_.prev->next = root_.next;
+        root_.next->prev = root_.prev;
+        root_.prev = &h;
+        root_.next = h.next;
+        h.next->prev = &root_;
+        h.next = &root_;
+    }
     // Forgets every element without touching them (their links are left as they were): for
     // owners that destroy all elements at once.
     void forgetAll() {

@@ -3,6 +3,8 @@
 // bucket, and objects point at their bucket; matching anchors its search on the rarest label
 // and conditions count vertices by label through it. A bucket that falls empty is kept for a
 // while, since rewriting often deletes the last element of a label and makes the next at once.
+// For a vertex with many edges the index also counts its incoming and outgoing edges by label,
+// so that counting them does not walk its edges (those of a vertex with few edges are walked).
 #pragma once
 
 #include <cstddef>
@@ -10,12 +12,15 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "graph/DirectedGraphVertex.h"
 
 namespace vellum {
 
 class LabelIndex;
+
+enum class EdgeDirection { Outgoing, Incoming };
 
 struct LabelBucket {
     std::string text;
@@ -50,6 +55,13 @@ class LabelIndex {
     void relist(GraphObject& object) { list(*object.label_, object); }
     // Moves the object to the bucket of `label`, listed there if it was listed before.
     void relabel(GraphObject& object, std::string_view label);
+    // Turns the vertex's bucket list round so that the vertex, which must be listed, is last.
+    void rotateToEnd(DirectedGraphVertex& vertex) { vertex.label_->vertices.rotateToEnd(vertex); }
+
+    // How many edges in the graph leave (enter) `vertex` with the label of `label`, or with any
+    // label when `label` is null. Lingering self-loops are not in the graph and do not count.
+    std::size_t incidentCount(const DirectedGraphVertex& vertex, const LabelBucket* label,
+                              EdgeDirection direction) const;
     // Forgets every bucket but the empty label's, which starts afresh: for the graph's clear.
     void reset();
     // Exchanges the buckets of the two indexes; each bucket then names its new index, so the
@@ -61,7 +73,30 @@ class LabelIndex {
     void release(LabelBucket& bucket);
     // Erases every idle bucket.
     void sweep();
-    static void list(LabelBucket& bucket, GraphObject& object);
+    void list(LabelBucket& bucket, GraphObject& object);
+
+    // The edge counts of a vertex with many edges, kept in step whenever an edge is listed or
+    // unlisted (`delta` +1 after listing, -1 before unlisting). A vertex has edges of few
+    // labels, so they are a short list, in which a label stays once seen (no allocation as
+    // edges come and go).
+    struct LabelCounts {
+        const LabelBucket* label = nullptr;
+        std::size_t outgoing = 0;
+        std::size_t incoming = 0;
+    };
+    struct Counted {
+        std::size_t incoming = 0;  // edges in the graph entering the vertex, of any label
+        std::vector<LabelCounts> labels;
+        LabelCounts& of(const LabelBucket* label);
+        const LabelCounts* find(const LabelBucket* label) const;
+    };
+    Counted* countedFor(const DirectedGraphVertex& vertex);
+    void countEdge(const DirectedGraphEdge& edge, int delta);
+    void countAt(const DirectedGraphVertex& vertex, const DirectedGraphEdge& edge, int delta);
+    void startCounting(const DirectedGraphVertex& vertex);
+    void stopCounting(const DirectedGraphVertex& vertex);
+    std::size_t walkCount(const DirectedGraphVertex& vertex, const LabelBucket* label,
+                          EdgeDirection direction) const;
 
     // Keys view the text of their own bucket.
     std::unordered_map<std::string_view, std::unique_ptr<LabelBucket>> buckets_;
@@ -69,6 +104,13 @@ class LabelIndex {
     // Buckets without references. Swept when they outnumber the others (and a few more), so
     // that they cost at most as much again as the labels in use.
     std::size_t idle_ = 0;
+    // The vertices whose edges are counted: those with more than kManyEdges list entries
+    // (incoming and outgoing), until they fall to kFewEdges.
+    std::unordered_map<const DirectedGraphVertex*, Counted> counted_;
+    // The entry last looked up: rewriting tends to touch one busy vertex again and again.
+    // (Map entries stay where they are until erased.)
+    const DirectedGraphVertex* lastVertex_ = nullptr;
+    Counted* lastCounted_ = nullptr;
 };
 
 }  // namespace vellum

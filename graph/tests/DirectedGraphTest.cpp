@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "GraphInvariants.h"
@@ -367,6 +368,55 @@ TEST(DirectedGraph, StaysConsistentUnderRandomChanges) {
         ASSERT_EQ(graph.vertexCount(), vertices.size());
         ASSERT_EQ(graph.edgeCount(), edges.size());
     }
+}
+
+// Edge counts by label stay right while a few vertices gain and lose many edges (crossing the
+// size at which the label index starts and stops counting them), loops among them, with edges
+// relabelled, taken out and put back, and a swap halfway (invariants compare every count).
+TEST(DirectedGraph, CountsEdgesByLabelAtBusyVertices) {
+    DirectedGraph graph;
+    std::mt19937 random(77);
+    std::vector<DirectedGraphVertex*> hubs;
+    for (int i = 0; i < 3; ++i)
+        hubs.push_back(graph.createVertex());
+    std::vector<DirectedGraphEdge*> edges;
+    std::vector<std::unique_ptr<DirectedGraphEdge>> taken;
+    // More labels than a busy vertex lists before it drops those it no longer has.
+    const std::vector<std::string> labels = {"", "a", "b", "c", "d", "e", "f", "g", "h", "i", "j"};
+    auto any = [&](const auto& list) { return list[random() % list.size()]; };
+    for (int step = 0; step < 1500; ++step) {
+        // Grow for a while, then shrink, twice: counting starts and stops on the way.
+        const bool growing = step % 750 < 400;
+        const int choice = static_cast<int>(random() % 10);
+        if (choice < (growing ? 6 : 2)) {
+            DirectedGraphEdge* edge = graph.createEdge(any(hubs), any(hubs));
+            edge->setLabel(any(labels));
+            edges.push_back(edge);
+        } else if (choice < 8 && !edges.empty()) {
+            const std::size_t at = random() % edges.size();
+            ASSERT_TRUE(graph.removeEdge(edges[at]));
+            edges.erase(edges.begin() + static_cast<long>(at));
+        } else if (choice == 8 && !edges.empty()) {
+            any(edges)->setLabel(any(labels));
+        } else if (!taken.empty()) {
+            DirectedGraphEdge* back = graph.restoreEdge(taken.back());
+            ASSERT_NE(back, nullptr);
+            edges.push_back(back);
+            taken.pop_back();
+        } else if (!edges.empty()) {
+            const std::size_t at = random() % edges.size();
+            taken.push_back(graph.takeEdge(edges[at]));
+            edges.erase(edges.begin() + static_cast<long>(at));
+        }
+        if (step == 900 && taken.empty()) {
+            DirectedGraph other;
+            other.swap(graph);
+            ASSERT_TRUE(graphIsConsistent(other));
+            graph.swap(other);
+        }
+        ASSERT_TRUE(graphIsConsistent(graph)) << "after step " << step;
+    }
+    EXPECT_EQ(graph.outgoingCount(*hubs[0], "no such label"), 0u);
 }
 
 }  // namespace

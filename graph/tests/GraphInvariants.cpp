@@ -107,6 +107,32 @@ void checkLabels(const Elements& elements, ByLabel byLabel, Count count, std::os
         problems << "per-label counts do not add up to the element count\n";
 }
 
+// Each vertex's edge counts by label, as the graph gives them, against a walk of its edges.
+void checkIncidentCounts(const DirectedGraph& graph, std::ostream& problems) {
+    std::set<std::string> labels = {"(no such label)"};
+    for (const DirectedGraphEdge& edge : graph.edges())
+        labels.insert(edge.label());
+    for (const DirectedGraphVertex& vertex : graph.vertices()) {
+        std::size_t out = 0;
+        std::size_t in = 0;
+        for (const std::string& label : labels) {
+            std::size_t labelledOut = 0;
+            std::size_t labelledIn = 0;
+            for (const DirectedGraphEdge& edge : graph.edgesWithLabel(label)) {
+                labelledOut += edge.source() == &vertex;
+                labelledIn += edge.target() == &vertex;
+            }
+            if (graph.outgoingCount(vertex, label) != labelledOut ||
+                graph.incomingCount(vertex, label) != labelledIn)
+                problems << "edge counts by the label '" << label << "' are wrong\n";
+            out += labelledOut;
+            in += labelledIn;
+        }
+        if (graph.outgoingCount(vertex) != out || graph.incomingCount(vertex) != in)
+            problems << "edge counts of a vertex are wrong\n";
+    }
+}
+
 }  // namespace
 
 ::testing::AssertionResult graphIsConsistent(const DirectedGraph& graph) {
@@ -136,6 +162,7 @@ void checkLabels(const Elements& elements, ByLabel byLabel, Count count, std::os
     checkLabels(
         graph.edges(), [&](const std::string& l) { return graph.edgesWithLabel(l); },
         [&](const std::string& l) { return graph.edgeCount(l); }, problems);
+    checkIncidentCounts(graph, problems);
     if (problems.str().empty())
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << problems.str();

@@ -1,7 +1,8 @@
 // Consistency checks of a DirectedGraph that the tests run after every change: lists linked
 // both ways and counted right, every edge in its source's outgoing and its target's incoming
-// list, lingering self-loops only where a removed loop may linger, label index in step, serials
-// growing along the vertex and edge lists. And the graph's file text, to compare graphs by.
+// list, lingering self-loops only where a removed loop may linger, label index in step (the edge
+// counts by label of each vertex too), serials growing along the vertex and edge lists. And the
+// graph's file text, to compare graphs by.
 #pragma once
 
 #include <gtest/gtest.h>
