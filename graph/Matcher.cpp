@@ -69,8 +69,10 @@ bool Matcher::findFirst(DirectedGraph& host, GraphMorphism& occurrence,
     labels_.resolve(pattern_, host);
     OccurrenceSearch search(pattern_, planFor(host), host, labels_, buffers_);
     while (search.next(occurrence)) {
-        if (accept(occurrence))
+        if (accept(occurrence)) {
+            search.rotateLabelLists();
             return true;
+        }
     }
     return false;
 }

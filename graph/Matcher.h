@@ -34,6 +34,10 @@ class Matcher {
     using Acceptor = std::function<bool(const GraphMorphism& occurrence)>;
     // The first occurrence in search-plan order that `accept` takes, into `occurrence`; false
     // when there is none (then `occurrence` is unspecified). Deterministic for a given host.
+    // The label lists whose vertices the search went through are then turned round to end with
+    // the vertex it took (DirectedGraph::rotateLabelList): the next search for the rule, as in
+    // applying it as long as possible, goes on after it instead of testing again every vertex
+    // that `accept` has just turned down.
     bool findFirst(DirectedGraph& host, GraphMorphism& occurrence, const Acceptor& accept) const;
 
     const PatternStructure& pattern() const { return pattern_; }

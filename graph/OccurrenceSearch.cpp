@@ -32,8 +32,14 @@ constexpr std::size_t kWalkLimit = 16;
 }  // namespace
 
 OccurrenceSearch::OccurrenceSearch(const PatternStructure& pattern, const SearchPlan& plan,
-                                   DirectedGraph& host, const HostLabels& labels, Buffers& buffers)
-    : pattern_(pattern), plan_(plan), host_(host), labels_(labels), buffers_(buffers) {}
+                                   DirectedGraph& host, const HostLabels& labels, Buffers& buffers,
+                                   const Seeds* seeds)
+    : pattern_(pattern),
+      plan_(plan),
+      host_(host),
+      labels_(labels),
+      buffers_(buffers),
+      seeds_(seeds) {}
 
 bool OccurrenceSearch::start() {
     // A label that no host vertex (edge) has makes every occurrence impossible.
@@ -89,13 +95,27 @@ bool OccurrenceSearch::next(GraphMorphism& occurrence) {
     return false;
 }
 
+void OccurrenceSearch::rotateLabelLists() {
+    if (state_ != State::Searching)
+        return;
+    state_ = State::Done;
+    for (std::size_t step = 0; step < plan_.steps().size(); ++step) {
+        if (buffers_.levels[step].source == Source::Label)
+            host_.rotateLabelList(*buffers_.images[step]);
+    }
+}
+
 void OccurrenceSearch::open(std::size_t step) {
     Level& level = buffers_.levels[step];
     const PlanStep& plan = plan_.steps()[step];
     level.candidates.clear();
     level.next = 0;
     level.anchor = -1;
-    if (!plan.links.empty()) {
+    if (plan.seeded) {
+        // Tested like any candidate: label, degrees, injectivity and every link.
+        level.source = Source::Seed;
+        level.candidates.push_back(seeds_->vertices[static_cast<std::size_t>(plan.vertex)]);
+    } else if (!plan.links.empty()) {
         collectNeighbours(step, level);
     } else if (step == 0 && plan_.anchorLabel() != nullptr) {
         const auto listed = host_.edgesWithLabel(*plan_.anchorLabel());
@@ -157,6 +177,7 @@ void OccurrenceSearch::collectNeighbours(std::size_t step, Level& level) {
 DirectedGraphVertex* OccurrenceSearch::rawCandidate(Level& level) {
     switch (level.source) {
         case Source::Neighbours:
+        case Source::Seed:
             return level.next < level.candidates.size() ? level.candidates[level.next++] : nullptr;
         case Source::Label:
             return level.labelAt == level.labelEnd ? nullptr : &*level.labelAt++;
@@ -265,15 +286,20 @@ bool OccurrenceSearch::mapEdges(GraphMorphism& occurrence) {
     auto& edgeImages = buffers_.edgeImages;
     for (std::size_t s = 0; s < steps.size(); ++s)
         vertexImages[static_cast<std::size_t>(steps[s].vertex)] = buffers_.images[s];
-    edgeImages.clear();
     const auto& edges = pattern_.edges();
+    edgeImages.assign(edges.size(), nullptr);
+    // Seeded edges first, so that no other edge takes them as a first free parallel edge.
+    if (seeds_ != nullptr && !mapSeededEdges())
+        return false;
     for (std::size_t i = 0; i < edges.size(); ++i) {
+        if (edgeImages[i] != nullptr)
+            continue;
         const DirectedGraphVertex& from = *vertexImages[static_cast<std::size_t>(edges[i].source)];
         const DirectedGraphVertex& to = *vertexImages[static_cast<std::size_t>(edges[i].target)];
         DirectedGraphEdge* image = chooseEdge(from, to);
         if (image == nullptr || !labelFits(labels_.edgeText(static_cast<int>(i)), *image))
             return false;
-        edgeImages.push_back(image);
+        edgeImages[i] = image;
     }
     occurrence.clear();
     const auto& vertices = pattern_.vertices();
@@ -283,6 +309,22 @@ bool OccurrenceSearch::mapEdges(GraphMorphism& occurrence) {
         occurrence.addVertexPair(vertices[i], vertexImages[i]);
     for (std::size_t i = 0; i < edges.size(); ++i)
         occurrence.addEdgePair(edges[i].edge, edgeImages[i]);
+    return true;
+}
+
+bool OccurrenceSearch::mapSeededEdges() {
+    const auto& edges = pattern_.edges();
+    for (std::size_t i = 0; i < edges.size() && i < seeds_->edges.size(); ++i) {
+        DirectedGraphEdge* seed = seeds_->edges[i];
+        if (seed == nullptr)
+            continue;
+        const bool joins =
+            seed->source() == buffers_.vertexImages[static_cast<std::size_t>(edges[i].source)] &&
+            seed->target() == buffers_.vertexImages[static_cast<std::size_t>(edges[i].target)];
+        if (!joins || !seed->inGraph() || !labelFits(labels_.edgeText(static_cast<int>(i)), *seed))
+            return false;
+        buffers_.edgeImages[i] = seed;
+    }
     return true;
 }
 

@@ -20,11 +20,19 @@ namespace vellum {
 // the sources of the edges with its label, each source once), else from the whole vertex list;
 // each is tested as an occurrence requires (degrees, injectivity, label, adjacency to every
 // earlier image). The edges are then paired exactly as the occurrence definition says, parallel
-// edges included.
+// edges included. A seeded step has its one candidate given, as a seeded edge has its image.
 class OccurrenceSearch {
     struct Level;
 
   public:
+    // Given images: by pattern vertex (for the plan's seeded steps) and by pattern edge in pair
+    // order (null for an edge to be paired as usual). A seeded edge must join the images of its
+    // ends and carry its label, else there is no occurrence.
+    struct Seeds {
+        std::vector<DirectedGraphVertex*> vertices;
+        std::vector<DirectedGraphEdge*> edges;
+    };
+
     // The working storage of a search; one search at a time may use it.
     struct Buffers {
         std::vector<Level> levels;
@@ -35,18 +43,23 @@ class OccurrenceSearch {
         std::unordered_set<const DirectedGraphVertex*> anchorSources;
     };
 
-    // `labels` must have been resolved for this pattern and host; it, the plan and the buffers
-    // must outlive the search.
+    // `labels` must have been resolved for this pattern and host; it, the plan, the buffers and
+    // the seeds (needed when the plan has seeded steps, else null) must outlive the search.
     OccurrenceSearch(const PatternStructure& pattern, const SearchPlan& plan, DirectedGraph& host,
-                     const HostLabels& labels, Buffers& buffers);
+                     const HostLabels& labels, Buffers& buffers, const Seeds* seeds = nullptr);
 
     // Fills `occurrence` with the next occurrence (vertex pairs in pattern order, edge pairs in
     // pair order) and returns true; false once there are no more. An empty pattern has exactly
     // one occurrence, the empty morphism.
     bool next(GraphMorphism& occurrence);
 
+    // After next() has yielded an occurrence, and ending the search: turns the label list of
+    // each step whose candidates came from it so that the step's image comes last (see
+    // DirectedGraph::rotateLabelList).
+    void rotateLabelLists();
+
   private:
-    enum class Source { Neighbours, Label, EdgeLabel, All };
+    enum class Source { Neighbours, Seed, Label, EdgeLabel, All };
     struct Level {
         Source source = Source::All;
         int anchor = -1;  // the link whose neighbour list gave the candidates
@@ -68,6 +81,7 @@ class OccurrenceSearch {
     bool fitsLocally(std::size_t step, const DirectedGraphVertex& host) const;
     bool fitsLinks(std::size_t step, int skipLink, const DirectedGraphVertex& host) const;
     bool mapEdges(GraphMorphism& occurrence);
+    bool mapSeededEdges();
     DirectedGraphEdge* chooseEdge(const DirectedGraphVertex& from,
                                   const DirectedGraphVertex& to) const;
 
@@ -77,6 +91,7 @@ class OccurrenceSearch {
     // The host's own text of each pattern label (a label test compares addresses).
     const HostLabels& labels_;
     Buffers& buffers_;
+    const Seeds* seeds_;
     State state_ = State::Fresh;
     int depth_ = 0;
 };

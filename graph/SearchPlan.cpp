@@ -25,8 +25,11 @@ Preference preference(const PatternStructure& pattern, int vertex,
 
 }  // namespace
 
-SearchPlan::SearchPlan(const PatternStructure& pattern, int start) {
-    const std::vector<int> order = placementOrder(pattern, start);
+SearchPlan::SearchPlan(const PatternStructure& pattern, int start)
+    : SearchPlan(pattern, std::vector<int>{start}) {}
+
+SearchPlan::SearchPlan(const PatternStructure& pattern, const std::vector<int>& starts) {
+    const std::vector<int> order = placementOrder(pattern, starts);
     std::vector<int> stepOf(pattern.vertexCount(), -1);
     for (int vertex : order) {
         addStep(pattern, vertex, stepOf);
@@ -41,14 +44,25 @@ SearchPlan SearchPlan::anchoredAtEdge(const PatternStructure& pattern, int ancho
     return plan;
 }
 
-std::vector<int> SearchPlan::placementOrder(const PatternStructure& pattern, int start) const {
+SearchPlan SearchPlan::seeded(const PatternStructure& pattern, const std::vector<int>& seeded) {
+    SearchPlan plan(pattern, seeded);
+    for (PlanStep& step : plan.steps_)
+        step.seeded = std::find(seeded.begin(), seeded.end(), step.vertex) != seeded.end();
+    return plan;
+}
+
+std::vector<int> SearchPlan::placementOrder(const PatternStructure& pattern,
+                                            const std::vector<int>& starts) const {
     const int count = static_cast<int>(pattern.vertexCount());
     std::vector<int> order;
     if (count == 0)
         return order;
     std::vector<bool> placed(pattern.vertexCount(), false);
-    order.push_back(start);
-    placed[start] = true;
+    for (int start : starts) {
+        if (!placed[start])
+            order.push_back(start);
+        placed[start] = true;
+    }
     while (static_cast<int>(order.size()) < count) {
         int best = -1;
         Preference bestPreference{};

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "GraphInvariants.h"
+#include "ReferenceMatcher.h"
 #include "RuleFixtures.h"
 #include "graph/Matcher.h"
 #include "graph/PreparedRule.h"
@@ -15,73 +17,8 @@ namespace {
 using test::describe;
 using test::graphFromText;
 using test::patternRule;
-
-// The occurrence search exactly as defined: depth-first over the pattern vertices in list
-// order, host vertices in list order, then the edge pairing with its parallel-edge rule.
-class ReferenceMatcher {
-  public:
-    ReferenceMatcher(DirectedGraph& pattern, DirectedGraph& host) : host_(host) {
-        for (DirectedGraphVertex& vertex : pattern.vertices())
-            left_.push_back(&vertex);
-    }
-    std::vector<GraphMorphism> run() {
-        search(0);
-        return found_;
-    }
-
-  private:
-    bool adjacent(DirectedGraphVertex& l, DirectedGraphVertex& h) const {
-        for (const VertexPair& pair : work_.vertexPairs()) {
-            if (pair.left->findOutgoingTo(l) != nullptr && pair.right->findOutgoingTo(h) == nullptr)
-                return false;
-            if (l.findOutgoingTo(*pair.left) != nullptr && h.findOutgoingTo(*pair.right) == nullptr)
-                return false;
-        }
-        return true;
-    }
-    void search(std::size_t k) {
-        if (k == left_.size())
-            return mapEdges();
-        DirectedGraphVertex& l = *left_[k];
-        for (DirectedGraphVertex& h : host_.vertices()) {
-            if (l.outDegree() > h.outDegree() || l.inDegree() > h.inDegree() || work_.isImage(&h))
-                continue;
-            if ((l.label() != "*" && l.label() != h.label()) || !adjacent(l, h))
-                continue;
-            work_.addVertexPair(&l, &h);
-            search(k + 1);
-            work_.removeVertexPair(&l);
-        }
-    }
-    DirectedGraphEdge* choose(DirectedGraphVertex& h, DirectedGraphVertex& n) const {
-        if (!h.hasSeveralOutgoingTo(n))
-            return h.findOutgoingTo(n);
-        for (DirectedGraphEdge& edge : h.outgoing()) {
-            if (edge.target() == &n && !work_.isImage(&edge))
-                return &edge;
-        }
-        return nullptr;
-    }
-    void mapEdges() {
-        for (const VertexPair& pair : work_.vertexPairs()) {
-            for (DirectedGraphEdge& e : pair.left->outgoing()) {
-                DirectedGraphEdge* image = choose(*pair.right, *work_.imageOf(e.target()));
-                if (image == nullptr || (e.label() != "*" && e.label() != image->label())) {
-                    work_.clearEdgePairs();
-                    return;
-                }
-                work_.addEdgePair(&e, image);
-            }
-        }
-        found_.push_back(work_);
-        work_.clearEdgePairs();
-    }
-
-    DirectedGraph& host_;
-    std::vector<DirectedGraphVertex*> left_;
-    GraphMorphism work_;
-    std::vector<GraphMorphism> found_;
-};
+using test::RandomGraphs;
+using test::ReferenceMatcher;
 
 std::vector<std::string> describeAll(const std::vector<GraphMorphism>& list,
                                      const DirectedGraph& host) {
@@ -184,41 +121,6 @@ TEST(Matcher, PairsParallelEdgesFirstComeFirstServed) {
               (std::vector<std::string>{}));
 }
 
-// Random hosts and patterns with few labels, loops, parallel edges and removed loops that
-// linger in the incoming lists.
-class RandomGraphs {
-  public:
-    explicit RandomGraphs(unsigned seed) : random_(seed) {}
-
-    void fill(DirectedGraph& graph, int maxVertices, int maxEdges,
-              const std::vector<std::string>& vertexLabels,
-              const std::vector<std::string>& edgeLabels, bool removeLoops) {
-        std::vector<DirectedGraphVertex*> vertices;
-        for (int i = pick(maxVertices + 1); i > 0; --i) {
-            vertices.push_back(graph.createVertex());
-            vertices.back()->setLabel(vertexLabels[pick(static_cast<int>(vertexLabels.size()))]);
-        }
-        if (vertices.empty())
-            return;
-        const int n = static_cast<int>(vertices.size());
-        std::vector<DirectedGraphEdge*> loops;
-        for (int i = pick(maxEdges + 1); i > 0; --i) {
-            auto* edge = graph.createEdge(vertices[pick(n)], vertices[pick(n)]);
-            edge->setLabel(edgeLabels[pick(static_cast<int>(edgeLabels.size()))]);
-            if (edge->isLoop())
-                loops.push_back(edge);
-        }
-        for (DirectedGraphEdge* loop : loops) {
-            if (removeLoops && pick(3) == 0)
-                graph.removeEdge(loop);
-        }
-    }
-    int pick(int below) { return std::uniform_int_distribution<int>(0, below - 1)(random_); }
-
-  private:
-    std::mt19937 random_;
-};
-
 // findAll() equals the reference search, object for object, and findFirst() yields one of its
 // occurrences (exactly once among them); the number of occurrences.
 std::size_t expectAgreement(DirectedGraph& pattern, DirectedGraph& host, int round) {
@@ -291,17 +193,27 @@ TEST(Matcher, AgreesWithTheDefinitionWhenAnEdgeLabelIsRarest) {
     EXPECT_GT(total, 1000u);
 }
 
-TEST(Matcher, FindFirstSkipsWhatTheCallerRejects) {
+// The next search goes on after the vertex taken, the ones passed over coming last.
+TEST(Matcher, FindFirstSkipsWhatTheCallerRejectsAndGoesOnFromThere) {
     auto rule = patternRule("vertex 1 { label a }");
     auto host = graphFromText(
-        "directed graph { vertex 1 { label a } vertex 2 { label b } vertex 3 { label a } }");
+        "directed graph { vertex 1 { label a } vertex 2 { label b } vertex 3 { label a }"
+        " vertex 4 { label a } vertex 5 { label a } }");
     const Matcher& matcher = rule->prepared().matcher();
     GraphMorphism occurrence;
     int asked = 0;
     ASSERT_TRUE(
         matcher.findFirst(*host, occurrence, [&](const GraphMorphism&) { return ++asked == 2; }));
     EXPECT_EQ(describe(occurrence, *host), "3 |");
+    EXPECT_TRUE(test::graphIsConsistent(*host));
+    ASSERT_TRUE(matcher.findFirst(*host, occurrence, [](const GraphMorphism&) { return true; }));
+    EXPECT_EQ(describe(occurrence, *host), "4 |");
+    ASSERT_TRUE(matcher.findFirst(*host, occurrence, [](const GraphMorphism&) { return true; }));
+    EXPECT_EQ(describe(occurrence, *host), "5 |");
+    ASSERT_TRUE(matcher.findFirst(*host, occurrence, [](const GraphMorphism&) { return true; }));
+    EXPECT_EQ(describe(occurrence, *host), "1 |");
     EXPECT_FALSE(matcher.findFirst(*host, occurrence, [](const GraphMorphism&) { return false; }));
+    EXPECT_EQ(host->vertexCount("a"), 4u);
 }
 
 }  // namespace
