@@ -12,10 +12,7 @@
 #include "graph/StringAttribute.h"
 
 namespace vellum {
-namespace {
 
-// The contents of a run of double-quoted pieces written one after the other, escapes kept as
-// written; nothing when the text is not such a run.
 std::optional<std::string> quotedPieces(std::string_view held) {
     if (held.empty())
         return std::nullopt;
@@ -34,6 +31,8 @@ std::optional<std::string> quotedPieces(std::string_view held) {
     }
     return contents;
 }
+
+namespace {
 
 // The evaluated attribute, or null after reporting the problem.
 std::unique_ptr<Attribute> evaluated(const TransferItem& item, const Environment& bindings,

@@ -6,7 +6,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "grammar/Expression.h"
@@ -29,6 +31,11 @@ std::vector<TransferItem> transferItemsOf(const GraphObject& rightObject);
 // the rule and the attribute and returns false; the attributes before it are set.
 bool transferAttributes(const std::vector<TransferItem>& items, GraphObject& host,
                         const Environment& bindings, const std::string& ruleName);
+
+// The contents of a run of double-quoted pieces written one after the other, as the expression
+// language holds strings ("red""!" holds red!), escapes kept as written; nothing when the text
+// is not such a run.
+std::optional<std::string> quotedPieces(std::string_view held);
 
 // The attribute `declared` with the value `value` in its type: an integer widens to a real,
 // a string held as quoted pieces ("red""!") is stored as their contents (red!), any other

@@ -67,7 +67,7 @@ bool DirectedGraphRule::match(DirectedGraph& host, GraphMorphism& occurrence, in
     if (flag == 0)
         return rule.matcher().findFirst(host, occurrence,
                                         [](const GraphMorphism&) { return true; });
-    OccurrenceTests tests(rule, name_);
+    OccurrenceTests tests(rule, name_, host);
     return rule.matcher().findFirst(
         host, occurrence, [&tests](const GraphMorphism& found) { return tests.passes(found); });
 }

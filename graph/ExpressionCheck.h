@@ -1,10 +1,15 @@
 // Whether an expression of a rule (an attribute expression or the application condition) will
-// build when the rule is applied, and whether every variable it reads is one the rule declares,
-// found without applying the rule: what `vellum-cli check` and the readers' diagnostics report.
+// build when the rule is applied, whether every variable it reads is one the rule declares, and
+// whether its library calls name functions that exist, with calls of the bundled library
+// "$(graph" checked in full (argument count, the variables they name, their patterns): found
+// without applying the rule, for what `vellum-cli check` and the readers' diagnostics report.
 #pragma once
 
 #include <string>
 #include <vector>
+
+#include "graph/PatternCache.h"
+#include "graph/VariableBinding.h"
 
 namespace vellum {
 
@@ -15,10 +20,12 @@ struct ExpressionProblem {
     long offset = 0;  // where in the text the problem lies
 };
 
-// `variables` are the names the rule's left-hand side declares. A variable "x.a" is taken as
+// `variables` are those the rule's left-hand side declares. A variable "x.a" is taken as
 // declared when "x" is (whether the matched object has the attribute a shows only at
-// application).
+// application). The patterns that "$(graph" calls name are read with `loadPattern` when it is
+// given, and not looked at otherwise.
 ExpressionProblem checkExpression(const std::string& text,
-                                  const std::vector<std::string>& variables);
+                                  const std::vector<RuleVariable>& variables,
+                                  const PatternLoader* loadPattern = nullptr);
 
 }  // namespace vellum

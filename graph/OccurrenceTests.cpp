@@ -18,8 +18,9 @@ bool allAccountedFor(const Edges& edges, const GraphMorphism& occurrence) {
 
 }  // namespace
 
-OccurrenceTests::OccurrenceTests(const PreparedRule& rule, std::string ruleName)
-    : rule_(rule), ruleName_(std::move(ruleName)) {}
+OccurrenceTests::OccurrenceTests(const PreparedRule& rule, std::string ruleName,
+                                 DirectedGraph& host)
+    : rule_(rule), ruleName_(std::move(ruleName)), context_(host, rule, ruleName_) {}
 
 bool OccurrenceTests::passes(const GraphMorphism& occurrence) {
     return danglingFree(occurrence) && conditionHolds(occurrence);
@@ -42,8 +43,11 @@ bool OccurrenceTests::conditionHolds(const GraphMorphism& occurrence) {
         return true;
     if (rule_.condition() == nullptr)
         return fail("exprException " + std::to_string(rule_.conditionFailure()));
-    const Environment bindings =
-        rule_.needsBindings() ? bindVariables(rule_.variables(), occurrence) : Environment();
+    Environment bindings = rule_.conditionNeedsBindings()
+                               ? bindVariables(rule_.variables(), occurrence)
+                               : Environment();
+    context_.bind(occurrence);
+    bindings.setContext(&context_);
     try {
         const std::unique_ptr<Value> value = rule_.condition()->evaluate(bindings);
         if (value == nullptr)

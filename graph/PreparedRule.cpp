@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "graph/GraphFunctions.h"
 #include "graph/RuleObjectData.h"
 
 namespace vellum {
@@ -12,6 +13,17 @@ bool anyExpression(const std::vector<TransferItem>& items) {
     return std::any_of(items.begin(), items.end(), [](const TransferItem& item) {
         return item.expression != nullptr || item.buildFailure >= 0;
     });
+}
+
+// Whether the condition may read a variable (one that did not build counts as reading).
+bool readsVariables(const std::unique_ptr<Expression>& condition) {
+    if (!condition)
+        return true;
+    if (!condition->variableNames().empty())
+        return true;
+    const std::vector<CallSite> calls = condition->calls();
+    return std::any_of(calls.begin(), calls.end(),
+                       [](const CallSite& call) { return call.library != kGraphLibrary; });
 }
 
 }  // namespace
@@ -28,7 +40,8 @@ PreparedRule::PreparedRule(DirectedGraph& left, const GraphMorphism& interface,
         expressions = expressions || anyExpression(plan.attributes);
     for (const RightEdgePlan& plan : rightEdges_)
         expressions = expressions || anyExpression(plan.attributes);
-    needsBindings_ = !variables_.empty() && (hasCondition_ || expressions);
+    needsBindings_ = !variables_.empty() && expressions;
+    conditionNeedsBindings_ = !variables_.empty() && hasCondition_ && readsVariables(condition_);
 }
 
 void PreparedRule::classifyLeftSide(DirectedGraph& left, const GraphMorphism& interface,

@@ -1,7 +1,8 @@
 // Everything about a rule that application needs and that does not depend on the host graph,
 // worked out once when the rule is first used: which left- and right-hand objects are kept,
 // the left-hand partner of each kept right-hand object, the declared variables, the built
-// application condition and attribute expressions, and the matcher with its search plans.
+// application condition and attribute expressions, the matcher with its search plans, and the
+// patterns its expressions name (filled as they are first used).
 // A rule drops its prepared form whenever it is changed through its own interface.
 #pragma once
 
@@ -14,6 +15,7 @@
 #include "graph/AttributeTransfer.h"
 #include "graph/GraphMorphism.h"
 #include "graph/Matcher.h"
+#include "graph/PatternCache.h"
 #include "graph/VariableBinding.h"
 
 namespace vellum {
@@ -53,8 +55,12 @@ class PreparedRule {
     const std::vector<RightEdgePlan>& rightEdges() const { return rightEdges_; }
 
     const std::vector<RuleVariable>& variables() const { return variables_; }
-    // True when the condition or some attribute expression may read a variable.
+    // True when some right-hand attribute expression may read a variable.
     bool needsBindings() const { return needsBindings_; }
+    // True when the condition may read a variable: it names one, or calls a library other
+    // than "$(graph" (whose functions reach the matched objects through the rule's context),
+    // which sees the variables the condition is evaluated with.
+    bool conditionNeedsBindings() const { return conditionNeedsBindings_; }
 
     bool hasCondition() const { return hasCondition_; }
     // The built condition; null when there is none or it did not build (see conditionFailure).
@@ -64,6 +70,10 @@ class PreparedRule {
     // True when the interface keeps a left-hand edge but not its source or target: a step
     // would leave that edge without an endpoint, so such a rule is never applied.
     bool keepsEdgeOfDeletedVertex() const { return keepsEdgeOfDeletedVertex_; }
+
+    // The patterns that the expressions name, read on first use. Like the matcher, for one
+    // application of the rule at a time.
+    PatternCache& patterns() const { return patterns_; }
 
   private:
     void classifyLeftSide(DirectedGraph& left, const GraphMorphism& interface,
@@ -80,10 +90,12 @@ class PreparedRule {
     std::vector<RightEdgePlan> rightEdges_;
     std::vector<RuleVariable> variables_;
     bool needsBindings_ = false;
+    bool conditionNeedsBindings_ = false;
     bool hasCondition_ = false;
     std::unique_ptr<Expression> condition_;
     int conditionFailure_ = -1;
     bool keepsEdgeOfDeletedVertex_ = false;
+    mutable PatternCache patterns_;
 };
 
 }  // namespace vellum

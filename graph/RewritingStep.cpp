@@ -10,7 +10,11 @@ namespace vellum {
 
 RewritingStep::RewritingStep(const DirectedGraphRule& rule, DirectedGraph& host,
                              const RuleCallback& callback)
-    : rule_(rule), prepared_(rule.prepared()), host_(host), callback_(callback) {}
+    : rule_(rule),
+      prepared_(rule.prepared()),
+      host_(host),
+      callback_(callback),
+      context_(host, rule.prepared(), rule.name()) {}
 
 bool RewritingStep::fail(const std::string& problem) const {
     console() << "Rule '" << rule_.name() << "': " << problem << "\n";
@@ -20,6 +24,10 @@ bool RewritingStep::fail(const std::string& problem) const {
 bool RewritingStep::run(const GraphMorphism& occurrence, bool intermediateEvent) {
     if (!prepare(occurrence) || !deleteEdges(occurrence) || !deleteVertices(occurrence))
         return false;
+    if (prepared_.needsBindings()) {
+        context_.bind(keptPart(occurrence));
+        bindings_.setContext(&context_);
+    }
     // Clean-up: no rule leaves edges without endpoints (see prepare), so none to remove.
     if (intermediateEvent && callback_)
         callback_(kEventIntermediate, nullptr, nullptr);
@@ -122,20 +130,25 @@ void RewritingStep::complete(const GraphMorphism& occurrence) {
     for (DirectedGraphVertex* vertex : created_)
         vertex->removeAttribute(kNumberAttribute);
     survivors_.clear();
-    if (!callback_)
-        return;
-    survivors_.vertexPairs().reserve(occurrence.vertexPairs().size());
-    survivors_.edgePairs().reserve(occurrence.edgePairs().size());
+    if (callback_)
+        survivors_ = keptPart(occurrence);
+}
+
+GraphMorphism RewritingStep::keptPart(const GraphMorphism& occurrence) const {
+    GraphMorphism kept;
+    kept.vertexPairs().reserve(occurrence.vertexPairs().size());
+    kept.edgePairs().reserve(occurrence.edgePairs().size());
     for (const VertexPair& pair : occurrence.vertexPairs()) {
         if (!prepared_.isDeleted(pair.left))
-            survivors_.addVertexPair(pair.left, pair.right);
+            kept.addVertexPair(pair.left, pair.right);
     }
     for (const EdgePair& pair : occurrence.edgePairs()) {
         const bool gone = std::find(removedEdges_.begin(), removedEdges_.end(), pair.right) !=
                           removedEdges_.end();
         if (!prepared_.isDeleted(pair.left) && !gone)
-            survivors_.addEdgePair(pair.left, pair.right);
+            kept.addEdgePair(pair.left, pair.right);
     }
+    return kept;
 }
 
 }  // namespace vellum

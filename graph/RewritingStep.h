@@ -8,6 +8,7 @@
 
 #include "graph/DirectedGraphRule.h"
 #include "graph/PreparedRule.h"
+#include "graph/RuleContext.h"
 #include "graph/RuleEvents.h"
 
 namespace vellum {
@@ -15,7 +16,8 @@ namespace vellum {
 // The phases run in this order, and the step stops at the first operation that fails:
 // preparation (bindings of the variables), deleting the left-hand edges and then the vertices
 // that the rule does not keep, the intermediate event, creating or updating the right-hand
-// vertices and then edges (labels, attributes, expressions), completion.
+// vertices and then edges (labels, attributes, expressions), completion. Library functions in
+// the expressions see the objects the step keeps (RuleContext).
 class RewritingStep {
   public:
     RewritingStep(const DirectedGraphRule& rule, DirectedGraph& host, const RuleCallback& callback);
@@ -39,6 +41,8 @@ class RewritingStep {
     bool updateVertices(const GraphMorphism& occurrence);
     bool updateEdges(const GraphMorphism& occurrence);
     void complete(const GraphMorphism& occurrence);
+    // The pairs of the occurrence whose host objects the deletions left in the graph.
+    GraphMorphism keptPart(const GraphMorphism& occurrence) const;
     DirectedGraphVertex* hostVertexFor(int rightIndex) const;
     bool fail(const std::string& problem) const;
 
@@ -47,6 +51,7 @@ class RewritingStep {
     DirectedGraph& host_;
     const RuleCallback& callback_;
     Environment bindings_;
+    RuleContext context_;
     std::vector<DirectedGraphEdge*> removedEdges_;  // host edges destroyed by this step
     // By right-hand vertex: its host counterpart or the vertex created for it.
     std::vector<DirectedGraphVertex*> hostVertices_;

@@ -13,7 +13,10 @@ class RuleApplication {
   public:
     RuleApplication(DirectedGraph& host, const DirectedGraphRule& rule,
                     const RuleCallback& callback)
-        : host_(host), rule_(rule), callback_(callback), tests_(rule.prepared(), rule.name()) {}
+        : host_(host),
+          rule_(rule),
+          callback_(callback),
+          tests_(rule.prepared(), rule.name(), host) {}
 
     int applyWithoutOccurrence();
     int applyFirst();

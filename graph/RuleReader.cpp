@@ -274,17 +274,18 @@ void RuleReader::checkExpression(const std::string& text, std::size_t token,
                                  const std::string& subject) const {
     if (Diagnostics::current() == nullptr)
         return;  // building expressions costs: only where someone collects the findings
-    std::vector<std::string> variables;
+    std::vector<RuleVariable> variables;
     const DirectedGraph& left = rule_->leftSide();
     for (const DirectedGraphVertex& vertex : left.vertices()) {
         if (!variableOf(vertex).empty())
-            variables.push_back(variableOf(vertex));
+            variables.push_back({variableOf(vertex), &vertex, nullptr});
     }
     for (const DirectedGraphEdge& edge : left.edges()) {
         if (!variableOf(edge).empty())
-            variables.push_back(variableOf(edge));
+            variables.push_back({variableOf(edge), nullptr, &edge});
     }
-    const ExpressionProblem problem = vellum::checkExpression(text, variables);
+    const ExpressionProblem problem =
+        vellum::checkExpression(text, variables, patternLoader_ ? &patternLoader_ : nullptr);
     if (problem.reason.empty())
         return;
     // The text starts one character after the token's "[".

@@ -12,6 +12,7 @@
 
 #include "graph/DirectedGraphRule.h"
 #include "graph/GraphTextReader.h"
+#include "graph/PatternCache.h"
 
 namespace vellum {
 
@@ -32,6 +33,10 @@ class RuleReader : public GraphTextReader {
 
     // Where the rule's name stands in the file last read (0 when it was not read).
     long nameOffset() const { return nameOffset_; }
+
+    // How the diagnostics read the patterns that "$(graph" calls in the rule's expressions name,
+    // to check them against the rule's variables; without one they are not looked at.
+    void setPatternLoader(PatternLoader loader) { patternLoader_ = std::move(loader); }
 
   private:
     enum class Side { None, Left, Right };
@@ -84,6 +89,7 @@ class RuleReader : public GraphTextReader {
     std::vector<NumberPair> pairs_;  // the interface as numbers, until the right side is read
     Numbered<DirectedGraphVertex> leftVertices_, rightVertices_;
     Numbered<DirectedGraphEdge> leftEdges_, rightEdges_;
+    PatternLoader patternLoader_;
 };
 
 // Reads a rule file into a new rule; null when reading fails.
