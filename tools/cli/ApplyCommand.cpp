@@ -1,7 +1,9 @@
 // vellum-cli apply RULE GRAPH [--mode 0|1|2] [-o OUT]: reads a rule file and a graph file and
 // applies the rule once in the given mode (default 1, the interpreter's), printing "event N"
 // for each notification as it happens and then "result N"; with -o the graph is written to OUT
-// afterwards, whatever the result. Exit status 0 for result 0, else 1 (2 for usage errors).
+// afterwards, whatever the result. Exit status 0 for result 0, else 1 (2 for usage errors). The
+// patterns the rule's conditions name are looked for beside the rule unless koralGraphRules is
+// set.
 #include <charconv>
 #include <fstream>
 #include <iostream>
@@ -62,6 +64,7 @@ int runApply(const Arguments& arguments) {
         return usageError("apply", problem);
     if (!openInput(options->ruleFile, "apply") || !openInput(options->graphFile, "apply"))
         return kExitFailed;
+    const RuleFolderSearch patterns(options->ruleFile);
     const std::unique_ptr<DirectedGraphRule> rule = loadRule(options->ruleFile);
     DirectedGraph host;
     if (rule == nullptr || !loadGraph(options->graphFile, host)) {

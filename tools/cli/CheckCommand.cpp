@@ -5,8 +5,10 @@
 // where those are unset, "FILE: N objects, V vertices, F faces" for a 3D model). On standard error
 // it shows, with their places, what the readers found: errors, including what would only fail later
 // (an expression that does not compile, a method that a call cannot find), and warnings about what
-// is legal but almost surely a mistake. Exit status 1 when any file failed or had an error, or,
-// with --strict, a warning.
+// is legal but almost surely a mistake. A rule's calls of the function library "$(graph" are
+// checked in full, the patterns they name read along koralGraphRules (the rule's folder where
+// that is unset). Exit status 1 when any file failed or had an error, or, with --strict, a
+// warning.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -18,8 +20,10 @@
 #include "graph/DirectedGraph.h"
 #include "graph/GraphReader.h"
 #include "graph/RuleReader.h"
+#include "koral/FileSearch.h"
 #include "koral/KoralModule.h"
 #include "koral/ModuleLanguage.h"
+#include "koral/RuleCache.h"
 #include "tools/cli/Commands.h"
 #include "tools/cli/DiagnosticsOutput.h"
 #include "tpx/TPXmodelReader.h"
@@ -40,9 +44,26 @@ bool checkGraph(const std::string& file) {
     return true;
 }
 
+// A pattern that a rule's "$(graph" call names, read as the library reads it: the rule file of
+// that name along koralGraphRules.
+std::unique_ptr<DirectedGraphRule> patternRule(const std::string& name, std::string& problem) {
+    const std::string fileName = RuleCache::fileName(name, "DirectedGraph");
+    const std::string found = findFile(fileName, "koralGraphRules");
+    if (found.empty()) {
+        problem = "is not found: no file '" + fileName + "' along koralGraphRules";
+        return nullptr;
+    }
+    auto rule = loadRule(found);
+    if (!rule)
+        problem = "could not be read from '" + found + "'";
+    return rule;
+}
+
 bool checkRule(const std::string& file) {
+    const RuleFolderSearch patterns(file);
     DirectedGraphRule rule;
     RuleReader reader;
+    reader.setPatternLoader(patternRule);
     if (!reader.read(file, rule))
         return false;
     const std::string keyword = leadingKeyword(rule.name());

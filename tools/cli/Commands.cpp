@@ -5,6 +5,8 @@
 #include <fstream>
 #include <iostream>
 
+#include "base/SearchPaths.h"
+
 namespace vellum::cli {
 
 const std::vector<Command>& commands() {
@@ -55,6 +57,14 @@ const std::vector<Command>& commands() {
 std::string folderOf(const std::string& file) {
     const std::filesystem::path folder = std::filesystem::path(file).parent_path();
     return folder.empty() ? std::string(".") : folder.string();
+}
+
+RuleFolderSearch::RuleFolderSearch(const std::string& ruleFile)
+    : setRules_(SearchPaths::instance().setDefault("koralGraphRules", folderOf(ruleFile))) {}
+
+RuleFolderSearch::~RuleFolderSearch() {
+    if (setRules_)
+        SearchPaths::instance().reset("koralGraphRules");
 }
 
 bool asksForHelp(const Arguments& arguments) {

@@ -142,6 +142,21 @@ class ModuleFolderSearch {
     bool setRules_;
 };
 
+// A rule file given on the command line (check, apply), with its folder as the rule search path
+// ("koralGraphRules") where that variable is unset, for as long as the object lives: the
+// patterns its expressions name ($(graph.absent) and $(graph.present)) are found beside it.
+class RuleFolderSearch {
+  public:
+    explicit RuleFolderSearch(const std::string& ruleFile);
+    // Unsets the variable if it set it.
+    ~RuleFolderSearch();
+    RuleFolderSearch(const RuleFolderSearch&) = delete;
+    RuleFolderSearch& operator=(const RuleFolderSearch&) = delete;
+
+  private:
+    bool setRules_;
+};
+
 constexpr int kExitOk = 0;
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
