@@ -114,6 +114,19 @@ class ExampleTest : public ::testing::Test {
         return result;
     }
 
+    // A ring of `processes` processes joined by next edges, as the mutex examples take it; the
+    // file's path.
+    std::string ring(int processes) {
+        std::ofstream ring(folder_.root() / "ring.dg");
+        ring << "directed graph {\n";
+        for (int i = 1; i <= processes; ++i)
+            ring << "vertex " << i << " { label process }\n";
+        for (int i = 1; i <= processes; ++i)
+            ring << "edge " << i << " -> " << i % processes + 1 << " { label next }\n";
+        ring << "}\n";
+        return (folder_.root() / "ring.dg").string();
+    }
+
     static Words withOutput(Words arguments, const fs::path& output) {
         for (std::size_t i = 0; i + 1 < arguments.size(); ++i) {
             if (arguments[i] == "-o") {
@@ -212,17 +225,21 @@ TEST_F(ExampleTest, MutexServesEveryProcessOnceAndTheTokenComesBack) {
     ASSERT_TRUE(five);
     expectServedRing(*five, 5);
 
-    std::ofstream ring(folder_.root() / "ring.dg");
-    ring << "directed graph {\n";
-    for (int i = 1; i <= 40; ++i)
-        ring << "vertex " << i << " { label process }\n";
-    for (int i = 1; i <= 40; ++i)
-        ring << "edge " << i << " -> " << i % 40 + 1 << " { label next }\n";
-    ring << "}\n";
-    ring.close();
-    const auto forty = run("mutex", 0, "", (folder_.root() / "ring.dg").string());
+    const auto forty = run("mutex", 0, "", ring(40));
     ASSERT_TRUE(forty);
     expectServedRing(*forty, 40);
+}
+
+// The negative conditions stated as such leave what the labels that stand for them leave.
+TEST_F(ExampleTest, MutexWithNegativeConditionsEndsAsTheLabelledOne) {
+    for (const std::string& graph : {std::string(), ring(40)}) {
+        const auto labelled = run("mutex", 0, "", graph);
+        const auto negative = run("mutex-nac", 0, "", graph);
+        ASSERT_TRUE(labelled && negative) << console_;
+        EXPECT_EQ(vertexLabels(*negative), vertexLabels(*labelled)) << graph;
+        EXPECT_EQ(edgeLabels(*negative), edgeLabels(*labelled)) << graph;
+        expectServedRing(*negative, graph.empty() ? 5 : 40);
+    }
 }
 
 TEST_F(ExampleTest, PetriNetEndsInTheSameDeadMarkingWhateverTheOrder) {
