@@ -29,6 +29,7 @@
 #include "gui/LayoutDialog.h"
 #include "gui/RepresentationDialog.h"
 #include "gui/tests/GuiToolkit.h"
+#include "gui/tests/ModalDialogScript.h"
 #include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/tests/OffscreenFixture.h"
@@ -507,7 +508,11 @@ TEST_F(GraphEditorTest, LayoutDialogListsTheLibrariesAndTheChosenOnePlacesTheVer
         description = layout->description().utf8_string();
         return layout->library() ? wxID_OK : wxID_CANCEL;
     };
+    // The layout's settings dialog comes right before each layout; OK keeps the settings.
+    const test::ModalDialogScript settingsDialog(
+        [](wxDialog& dialog) { EXPECT_TRUE(test::press(dialog, wxID_OK)); });
     command(GraphEditorFrame::kLayoutGraph);
+    EXPECT_TRUE(settingsDialog.ran());
     EXPECT_FALSE(description.empty());
     EXPECT_EQ(description.find("Could not load"), std::string::npos) << description;
     const TPXp3 pa = positionOf(*a), pb = positionOf(*b);
@@ -585,6 +590,8 @@ TEST_F(GraphEditorTest, PetriNetBuiltWithTheMouseLaidOutSavedAndReloaded) {
         auto* layout = dynamic_cast<LayoutDialog*>(&dialog);
         return layout && layout->choose("force3d") ? wxID_OK : wxID_CANCEL;
     };
+    const test::ModalDialogScript settingsDialog(
+        [](wxDialog& dialog) { EXPECT_TRUE(test::press(dialog, wxID_OK)); });
     command(GraphEditorFrame::kLayoutGraph);
     test::TempFolder folder;
     prompts_->files = {folder.path("factory.dg")};

@@ -68,6 +68,7 @@ class Layouts : public ::testing::Test {
   protected:
     ScopedEnvironment folder_{"VellumLayout", pluginDirectory() + "/"};
     ScopedEnvironment settings_{"VELLUM_FORCE3D", std::nullopt};
+    ScopedEnvironment sphereSettings_{"VELLUM_SPHERE", std::nullopt};
 };
 
 TEST_F(Layouts, ListsTheLayoutFilesOfTheFolderByName) {
@@ -183,6 +184,50 @@ TEST_F(Layouts, Force3dRefusesBadSettingsAndReportsProgress) {
     ScopedEnvironment full("VELLUM_FORCE3D", "mode=full, iterations=20");
     ASSERT_TRUE(force.completeLayout(graph, &frame));
     EXPECT_EQ(frame.graphs, (std::vector<const DirectedGraph*>{&graph, &graph}));
+}
+
+// Without a toolkit (this program has none) lyConfigure writes the settings on the console; the
+// desktop program's dialogs are tested with the GUI.
+TEST_F(Layouts, ConfigureWithoutAToolkitWritesTheSettingsOfTheVariable) {
+    struct Row {
+        const char* layout;
+        const char* variable;
+        const char* value;
+        const char* console;
+    };
+    const Row rows[] = {
+        {"sphere", "VELLUM_SPHERE", "",
+         "sphere: spacing=2 radius=2 (set VELLUM_SPHERE to change)\n"},
+        {"sphere", "VELLUM_SPHERE", "radius=5.0, spacing=1",
+         "sphere: spacing=1 radius=5 (set VELLUM_SPHERE to change)\n"},
+        {"sphere", "VELLUM_SPHERE", "radius=-1",
+         "sphere: bad setting 'radius=-1' in VELLUM_SPHERE\n"},
+        {"force3d", "VELLUM_FORCE3D", "mode=full;length=3",
+         "force3d: mode=full length=3 iterations=25 steps=30 theta=1.2 seed=1 (set VELLUM_FORCE3D "
+         "to change)\n"},
+    };
+    for (const Row& row : rows) {
+        ScopedEnvironment value(row.variable, row.value);
+        ConsoleCapture capture;
+        LayoutLibrary(row.layout).configure();
+        EXPECT_EQ(capture.text(), row.console) << row.value;
+    }
+}
+
+TEST_F(Layouts, SphereTakesItsRadiusFromItsVariableAndRefusesABadOne) {
+    const LayoutLibrary sphere("sphere");
+    DirectedGraph graph;
+    ring(graph, 3);
+    {
+        ScopedEnvironment value("VELLUM_SPHERE", "radius=5.0, spacing=1");
+        ASSERT_TRUE(sphere.completeLayout(graph, nullptr));
+        for (const Position& p : positions(graph))
+            EXPECT_NEAR(distance(p, {0, 0, 0}), 5.0, 1e-9);
+    }
+    ScopedEnvironment bad("VELLUM_SPHERE", "spacing=0");
+    ConsoleCapture capture;
+    EXPECT_FALSE(sphere.completeLayout(graph, nullptr));
+    EXPECT_EQ(capture.text(), "sphere: bad setting 'spacing=0' in VELLUM_SPHERE\n");
 }
 
 TEST_F(Layouts, EmptyGraphsNeedNothing) {

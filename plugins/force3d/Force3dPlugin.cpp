@@ -3,7 +3,7 @@
 // rewriting step of a live run, only the vertices without one and their neighbours move.
 // A vertex at exactly (0, 0, 0) counts as having none: that is where the graph view puts a vertex
 // it shows before any layout (so does one whose position is not finite). Settings come from
-// VELLUM_FORCE3D (see ForceSettings.h).
+// VELLUM_FORCE3D (see ForceSettings.h), which lyConfigure edits in a dialog.
 #include <cmath>
 #include <exception>
 #include <unordered_map>
@@ -118,27 +118,19 @@ const char* lyDescription() {
     return "Force-directed 3D layout (Barnes-Hut, multilevel); incremental after small changes";
 }
 
+// The settings dialog in the desktop program, the settings on the console elsewhere.
 void lyConfigure() {
-    std::string problem;
-    const auto settings = ForceSettings::fromEnvironment(problem);
-    if (!settings) {
-        vellum::console() << "force3d: bad setting '" << problem << "' in VELLUM_FORCE3D\n";
-        return;
-    }
-    vellum::console() << "force3d: " << settings->describe() << " (set VELLUM_FORCE3D to change)\n";
+    ForceSettings::variable().configure();
 }
 
 int lyCompleteLayout(vellum::DirectedGraph* graph, vellum::KoralFrame* notifier) {
     if (graph == nullptr)
         return 0;
-    std::string problem;
-    const auto settings = ForceSettings::fromEnvironment(problem);
-    if (!settings) {
-        vellum::console() << "force3d: bad setting '" << problem << "' in VELLUM_FORCE3D\n";
+    const auto values = ForceSettings::variable().readOrReport();
+    if (!values)
         return 0;
-    }
     try {
-        return layout(*graph, notifier, *settings);
+        return layout(*graph, notifier, ForceSettings::from(*values));
     } catch (const std::exception& error) {
         // Nothing may escape into the program; what was written so far stays.
         vellum::console() << "force3d: layout failed: " << error.what() << "\n";

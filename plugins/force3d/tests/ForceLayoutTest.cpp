@@ -92,11 +92,18 @@ TEST(ForceSettings, ReadsEntriesAndNamesTheFirstBadOne) {
     EXPECT_EQ(settings->iterations, 7);
     EXPECT_EQ(settings->mode, LayoutMode::Full);
     EXPECT_EQ(settings->seed, 9u);
-    EXPECT_EQ(ForceSettings::parse(settings->describe(), problem)->describe(),
-              settings->describe());
+    // What the dialog writes back reads as the same settings, numbers in their usual spelling.
+    const auto& schema = ForceSettings::schema();
+    const auto values = schema.parse("iterations=1e3 length=0.50 theta=0", problem);
+    ASSERT_TRUE(values);
+    EXPECT_EQ(schema.describe(*values),
+              "mode=auto length=0.5 iterations=1000 steps=30 theta=0 seed=1");
+    EXPECT_EQ(schema.describe(*schema.parse(schema.describe(*values), problem)),
+              schema.describe(*values));
 
-    for (const char* bad : {"length", "length=", "length=0", "iterations=2.5", "steps=0",
-                            "mode=fast", "theta=-1", "colour=red", "seed=x"}) {
+    for (const char* bad :
+         {"length", "length=", "length=0", "iterations=2.5", "steps=0", "mode=fast", "theta=-1",
+          "colour=red", "seed=x", "length=nan", "seed=4000000001"}) {
         problem.clear();
         EXPECT_FALSE(ForceSettings::parse(std::string("theta=0.5 ") + bad, problem)) << bad;
         EXPECT_EQ(problem, bad);
