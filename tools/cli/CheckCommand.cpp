@@ -5,10 +5,10 @@
 // where those are unset, "FILE: N objects, V vertices, F faces" for a 3D model). On standard error
 // it shows, with their places, what the readers found: errors, including what would only fail later
 // (an expression that does not compile, a method that a call cannot find), and warnings about what
-// is legal but almost surely a mistake. A rule's calls of the function library "$(graph" are
-// checked in full, the patterns they name read along koralGraphRules (the rule's folder where
-// that is unset). Exit status 1 when any file failed or had an error, or, with --strict, a
-// warning.
+// is legal but almost surely a mistake. The calls of the function library "$(graph" in a rule
+// file are checked in full, the patterns they name read along koralGraphRules (the rule's folder
+// where that is unset); in the rules a module names, all but the patterns. Exit status 1 when
+// any file failed or had an error, or, with --strict, a warning.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
