@@ -10,9 +10,6 @@
 // - the time per update step of a move gesture on one vertex, beside a full build of the scene.
 #include <GL/gl.h>
 #include <unistd.h>
-#include <wx/app.h>
-#include <wx/init.h>
-#include <wx/log.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -27,6 +24,7 @@
 #include <vector>
 
 #include "bench/BenchGraph.h"
+#include "bench/BenchToolkit.h"
 #include "graph/DirectedGraphVertex.h"
 #include "graph/GraphWriter.h"
 #include "gui/GraphEditorFrame.h"
@@ -43,6 +41,8 @@ using vellum::GraphEditorFrame;
 using vellum::TPXCanvas;
 using vellum::bench::Clock;
 using vellum::bench::secondsSince;
+using vellum::bench::settle;
+using vellum::bench::Toolkit;
 
 constexpr int kWidth = 1024;
 constexpr int kHeight = 768;
@@ -51,33 +51,6 @@ constexpr int kMaxExactFrames = 10;
 constexpr int kOrbitStep = 5;  // pixels the mouse moves between two orbit frames
 constexpr int kPickRounds = 20;
 constexpr int kGestureSteps = 100;
-
-// The toolkit started the way the program starts it, and shut down at the end.
-class Toolkit {
-  public:
-    Toolkit(int argc, char** argv) {
-        wxApp::SetInstance(new App);
-        m_entered = wxEntryStart(argc, argv);
-        m_ready = m_entered && wxTheApp->CallOnInit();
-        // The toolkit's complaints go to standard error rather than into boxes nobody answers.
-        delete wxLog::SetActiveTarget(new wxLogStderr);
-    }
-    ~Toolkit() {
-        if (m_entered)
-            wxEntryCleanup();
-    }
-    Toolkit(const Toolkit&) = delete;
-    Toolkit& operator=(const Toolkit&) = delete;
-    bool ready() const { return m_ready; }
-
-  private:
-    class App : public wxApp {
-      public:
-        bool OnInit() override { return true; }
-    };
-    bool m_entered = false;
-    bool m_ready = false;
-};
 
 // Nobody answers questions in a benchmark: they are printed and answered yes.
 class AnsweringPrompts : public vellum::EditorPrompts {
@@ -88,15 +61,6 @@ class AnsweringPrompts : public vellum::EditorPrompts {
         return (style & wxYES_NO) ? wxYES : wxOK;
     }
 };
-
-// Lets the toolkit handle what is pending (paints, timers, resizes) for about `ms` milliseconds.
-void settle(int ms = 50) {
-    const Clock::time_point start = Clock::now();
-    do {
-        wxTheApp->Yield(true);
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    } while (secondsSince(start) * 1000.0 < ms);
-}
 
 // Sends the canvas a mouse event as the toolkit does for a user's mouse, through its handlers.
 void mouse(TPXCanvas& canvas, wxEventType type, const wxPoint& at, bool leftDown) {
