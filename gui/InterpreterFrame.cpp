@@ -398,7 +398,7 @@ void InterpreterFrame::step() {
 }
 
 void InterpreterFrame::showStepDialog() {
-    if (!m_runActive || m_stopping)
+    if (!m_runActive || m_stopping || !m_listener.waitsForStep())
         return;
     InterpreterStepDialog dialog(this);
     switch (m_prompts->showModal(dialog)) {
@@ -426,6 +426,8 @@ void InterpreterFrame::finishRun() {
     m_stopping = false;
     if (m_listener.sceneStale())
         showScene();
+    else
+        m_listener.catchUp();
     m_canvas->requestRepaint();
     showFigures();
     setStatus(idleStatus);

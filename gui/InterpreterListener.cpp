@@ -6,12 +6,21 @@
 #include "base/Console.h"
 #include "graph/GraphMorphism.h"
 #include "graph/RuleEvents.h"
+#include "gui/view/ElementLook.h"
 #include "koral/KoralException.h"
 #include "koral/KoralModule.h"
 #include "koral/KoralSourcePosition.h"
 #include "koral/SharedRule.h"
 
 namespace vellum {
+namespace {
+
+std::uint64_t lastVertexSerial(DirectedGraph& graph) {
+    auto vertices = graph.vertices();
+    return vertices.empty() ? 0 : (--vertices.end())->serial();
+}
+
+}  // namespace
 
 InterpreterListener::InterpreterListener(DirectedGraph& graph, std::mutex& sceneLock, Hooks hooks)
     : m_graph(graph), m_sceneLock(sceneLock), m_hooks(std::move(hooks)) {}
@@ -24,11 +33,13 @@ void InterpreterListener::begin() {
     m_layoutFailed = false;
     m_glides.clear();
     m_pictures = 0;
+    m_shown = {};
     m_steps = 0;
     countFigures();
     std::lock_guard<std::mutex> lock(m_paceMutex);
     m_released = false;
     m_answered = false;
+    m_askPending = false;
     m_pictureDone = false;
 }
 
@@ -63,6 +74,7 @@ void InterpreterListener::release() {
     {
         std::lock_guard<std::mutex> lock(m_paceMutex);
         m_released = true;
+        m_askPending = false;
     }
     m_wake.notify_all();
 }
@@ -75,8 +87,14 @@ void InterpreterListener::answer(StepAnswer answer) {
     {
         std::lock_guard<std::mutex> lock(m_paceMutex);
         m_answered = true;
+        m_askPending = false;
     }
     m_wake.notify_all();
+}
+
+bool InterpreterListener::waitsForStep() {
+    std::lock_guard<std::mutex> lock(m_paceMutex);
+    return m_askPending;
 }
 
 void InterpreterListener::pictureTaken() {
@@ -93,6 +111,7 @@ void InterpreterListener::notify(const FrameEvent& event) {
     if (const auto* started = std::get_if<StatementStarted>(&event)) {
         statement(*started);
     } else if (const auto* chosen = std::get_if<OccurrenceChosen>(&event)) {
+        m_lastVertexSerial = lastVertexSerial(m_graph);
         m_recorder.chosen(m_graph, chosen->occurrence, chosen->rule.rule().prepared());
         if (!m_morphism)
             return;
@@ -114,6 +133,8 @@ void InterpreterListener::notify(const FrameEvent& event) {
 void InterpreterListener::catchUpWithCall() {
     m_afterCall = false;
     countFigures();
+    // The call may have deleted elements that steps left to the scene: the build shows them all.
+    m_recorder = StepRecorder();
     {
         std::lock_guard<std::mutex> lock(m_sceneLock);
         if (m_scene == nullptr)
@@ -139,11 +160,54 @@ void InterpreterListener::statement(const StatementStarted& event) {
     m_sourceShown = true;
 }
 
+bool InterpreterListener::lockForStep(std::unique_lock<std::mutex>& lock) {
+    // A pause, a recording or a layout shows every step, so they wait for the scene.
+    if (m_snooze.load() != 0 || m_recording.load() || m_layout != nullptr) {
+        lock.lock();
+        return true;
+    }
+    const auto now = std::chrono::steady_clock::now();
+    if (now - m_shown < std::chrono::milliseconds(showEveryMs) || !lock.try_lock())
+        return false;
+    m_shown = now;
+    return true;
+}
+
+void InterpreterListener::showRecorded() {
+    m_scene->clearHighlights();
+    m_scene->update(m_recorder.take());
+}
+
+void InterpreterListener::placeNewVertices() {
+    std::vector<DirectedGraphVertex*> created;
+    auto vertices = m_graph.vertices();
+    for (auto at = vertices.end(); at != vertices.begin();) {
+        --at;
+        if (at->serial() <= m_lastVertexSerial)
+            break;
+        if (at->inGraph() && !at->findAttribute(look::position))
+            created.push_back(&*at);
+    }
+    std::reverse(created.begin(), created.end());
+    // The scene shows every vertex from before the step, where its "position" says.
+    placeAmongNeighbours(created, [this](const DirectedGraphVertex& vertex) {
+        return vertex.serial() <= m_lastVertexSerial ? readPosition(vertex) : std::nullopt;
+    });
+}
+
+void InterpreterListener::catchUp() {
+    std::lock_guard<std::mutex> lock(m_sceneLock);
+    if (m_scene != nullptr)
+        showRecorded();
+}
+
 void InterpreterListener::highlight(const OccurrenceChosen& event) {
     {
-        std::lock_guard<std::mutex> lock(m_sceneLock);
-        if (m_scene == nullptr)
+        std::unique_lock<std::mutex> lock(m_sceneLock, std::defer_lock);
+        // A match the scene cannot show at once is not shown: the step follows without a pause.
+        if (!lockForStep(lock) || m_scene == nullptr)
             return;
+        showRecorded();
         for (const VertexPair& pair : event.occurrence.vertexPairs())
             if (pair.right)
                 m_scene->highlight(*pair.right);
@@ -158,12 +222,11 @@ void InterpreterListener::intermediate() {
     m_recorder.deleted();
     m_midStep = true;
     {
-        std::lock_guard<std::mutex> lock(m_sceneLock);
-        if (m_scene != nullptr) {
-            // The highlighted objects of deleted elements go now.
-            m_scene->clearHighlights();
-            m_scene->update(m_recorder.take());
-        }
+        std::unique_lock<std::mutex> lock(m_sceneLock, std::defer_lock);
+        if (!lockForStep(lock) || m_scene == nullptr)
+            return;
+        // The highlighted objects of deleted elements go now.
+        showRecorded();
     }
     m_hooks.repaint();
 }
@@ -172,8 +235,9 @@ void InterpreterListener::applied(const RuleApplied& event) {
     ++m_steps;
     countFigures();
     if (event.survivors == nullptr) {
-        // Sent by a plug-in: nothing says what changed.
+        // Sent by a plug-in: nothing says what changed, or which recorded elements are gone.
         m_stale = true;
+        m_recorder = StepRecorder();
         return;
     }
     m_recorder.onEvent(kEventApplied, &m_graph, event.survivors);
@@ -181,13 +245,16 @@ void InterpreterListener::applied(const RuleApplied& event) {
     const bool gliding = m_snooze.load() > 0;
     std::unordered_map<std::uint64_t, TPXp3> before;
     {
-        std::lock_guard<std::mutex> lock(m_sceneLock);
+        std::unique_lock<std::mutex> lock(m_sceneLock, std::defer_lock);
+        if (!lockForStep(lock)) {
+            placeNewVertices();
+            return;
+        }
         if (m_scene == nullptr)
             return;
-        m_scene->clearHighlights();
         if (gliding)
             before = m_scene->vertexPositions();
-        m_scene->update(m_recorder.take());
+        showRecorded();
     }
     if (m_layout != nullptr)
         layOut();
@@ -253,6 +320,7 @@ void InterpreterListener::pace() {
         return;
     }
     m_answered = false;
+    m_askPending = true;
     lock.unlock();
     m_hooks.askStep();
     lock.lock();

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -43,6 +44,9 @@ class InterpreterListener : public KoralFrame {
     static constexpr int kStepMode = InterpreterOptions::kStepMode;
     // How often a gliding vertex moves during a pause.
     static constexpr int glideFrameMs = 30;
+    // How often a run without pauses brings the scene up to date: more often than the canvas
+    // can show is work nobody sees.
+    static constexpr int showEveryMs = 20;
 
     enum class StepAnswer { Step, Go, Stop };
 
@@ -92,11 +96,17 @@ class InterpreterListener : public KoralFrame {
     // The step dialog's answer: Step waits again at the next notification, Go leaves step mode,
     // Stop releases (the frame stops the interpreter).
     void answer(StepAnswer answer);
+    // Whether the run waits for the step dialog's answer now: a request to show the dialog that
+    // arrives later (from a run stopped meanwhile, or already answered) is stale.
+    bool waitsForStep();
     // GUI thread: the picture asked for with takePicture is written.
     void pictureTaken();
     // After a run: true when a step could not be followed (a plug-in's, a method call's, or one
     // that failed after its deletion was shown) and the scene must be built anew.
     bool sceneStale() const { return m_stale.load() || m_midStep || m_afterCall; }
+    // GUI thread, after a run whose scene is not stale: shows the steps the worker left to the
+    // scene (see m_recorder).
+    void catchUp();
     Figures figures() const;
 
     // Worker thread.
@@ -123,6 +133,15 @@ class InterpreterListener : public KoralFrame {
     void countFigures();
     // After a method call: the scene is built anew from the graph.
     void catchUpWithCall();
+    // Takes the scene lock for a step's change. With no pause the scene is brought up to date
+    // at most every showEveryMs, and a scene the canvas is drawing is left alone (false): a run
+    // without pauses never waits for a paint.
+    bool lockForStep(std::unique_lock<std::mutex>& lock);
+    // Under the scene lock: the scene shows every step recorded so far.
+    void showRecorded();
+    // A step left to the scene for later: its new vertices get the places the scene would have
+    // given them now, among the neighbours as they are now, before later steps change them.
+    void placeNewVertices();
 
     DirectedGraph& m_graph;
     std::mutex& m_sceneLock;
@@ -137,14 +156,17 @@ class InterpreterListener : public KoralFrame {
     std::atomic<int> m_snoozeAfterGo{0};
     std::atomic<bool> m_stale{false};
 
-    // Worker only during a run.
+    // Worker only during a run. What the steps changed and the scene does not show yet: taken
+    // at each step, unless lockForStep() left the scene alone, until the next step that has it.
     StepRecorder m_recorder;
-    bool m_midStep = false;       // shown after the deletion, before the step's end
-    bool m_afterCall = false;     // a method call may have changed the graph unannounced
-    bool m_sourceShown = false;   // the source display was asked for and not hidden since
-    bool m_layoutFailed = false;  // said once per run
-    std::vector<Glide> m_glides;  // of the last step, for the pause that follows it
+    bool m_midStep = false;                // shown after the deletion, before the step's end
+    bool m_afterCall = false;              // a method call may have changed the graph unannounced
+    bool m_sourceShown = false;            // the source display was asked for and not hidden since
+    bool m_layoutFailed = false;           // said once per run
+    std::uint64_t m_lastVertexSerial = 0;  // of the graph before the step under way
+    std::vector<Glide> m_glides;           // of the last step, for the pause that follows it
     long m_pictures = 0;
+    std::chrono::steady_clock::time_point m_shown;  // when the scene last caught up
 
     std::atomic<long> m_steps{0};
     std::atomic<std::size_t> m_vertices{0};
@@ -154,6 +176,7 @@ class InterpreterListener : public KoralFrame {
     std::condition_variable m_wake;
     bool m_released = false;     // guarded by m_paceMutex
     bool m_answered = false;     // guarded by m_paceMutex
+    bool m_askPending = false;   // guarded by m_paceMutex: asked, and neither answered nor released
     bool m_pictureDone = false;  // guarded by m_paceMutex
 };
 

@@ -8,9 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <deque>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -22,12 +20,13 @@
 #include "graph/DirectedGraphEdge.h"
 #include "graph/DirectedGraphVertex.h"
 #include "graph/GraphReader.h"
+#include "graph/tests/GraphInvariants.h"
 #include "gui/CpuPropertiesDialog.h"
 #include "gui/InterpreterFrame.h"
 #include "gui/InterpreterStepDialog.h"
 #include "gui/LayoutDialog.h"
-#include "gui/UnitChooserDialog.h"
 #include "gui/tests/GuiToolkit.h"
+#include "gui/tests/ScriptedPrompts.h"
 #include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/SceneListing.h"
@@ -42,6 +41,8 @@ using Clock = std::chrono::steady_clock;
 
 test::GuiToolkit* const toolkit = &test::guiToolkit();
 
+using test::ScriptedPrompts;
+
 const std::string kExamples = VELLUM_EXAMPLES_DIR;
 const std::string kSierpinski = kExamples + "/sierpinski/";
 const std::string kMutex = kExamples + "/mutex/";
@@ -49,43 +50,6 @@ const std::string kMutex = kExamples + "/mutex/";
 // sanitizer build on a loaded machine, far below the pause.
 constexpr int kLongPause = 120000;
 constexpr std::chrono::milliseconds kPromptly{20000};
-
-// Answers the frame's questions: files from a queue, the unit chooser with a unit name, the
-// step dialog through `onStep`; notes every message box.
-class ScriptedPrompts : public EditorPrompts {
-  public:
-    int message(wxWindow*, const wxString& text, const wxString& title, long) override {
-        messages.push_back(title.utf8_string() + ": " + text.utf8_string());
-        return wxOK;
-    }
-    wxString fileName(wxWindow*, const wxString& filter, const wxString&, bool) override {
-        filters.push_back(filter.utf8_string());
-        if (files.empty())
-            return {};
-        const std::string name = files.front();
-        files.pop_front();
-        return wxString::FromUTF8(name);
-    }
-    int showModal(wxDialog& dialog) override {
-        if (auto* chooser = dynamic_cast<UnitChooserDialog*>(&dialog)) {
-            if (!chooser->choose(unit))
-                return wxID_CANCEL;
-            conditions = chooser->conditions().utf8_string();
-            return wxID_OK;
-        }
-        if (dynamic_cast<InterpreterStepDialog*>(&dialog) && onStep)
-            return onStep();
-        return onDialog ? onDialog(dialog) : wxID_CANCEL;
-    }
-
-    std::vector<std::string> messages;
-    std::deque<std::string> files;
-    std::vector<std::string> filters;
-    std::string unit;
-    std::string conditions;  // shown by the unit chooser for `unit`
-    std::function<int()> onStep;
-    std::function<int(wxDialog&)> onDialog;  // any other dialog
-};
 
 // A graph in terms that do not depend on element order or identity.
 struct GraphSummary {
@@ -513,6 +477,33 @@ TEST_F(InterpreterFrameTest, NewVerticesAppearBetweenTheirNeighboursAndFiguresCo
     expectSceneFollowedGraph();
     EXPECT_EQ(frame_->figures().BeforeFirst(',').utf8_string(), "1 steps");
     EXPECT_TRUE(frame_->figures().EndsWith(", 6 vertices, 9 edges")) << frame_->figures();
+}
+
+TEST_F(InterpreterFrameTest, ARunThatFindsTheSceneBusyLeavesTheSamePlacesAsOneShownStepByStep) {
+    // A pause after every step: the scene follows each step before the next.
+    load(kSierpinski + "triangle.dg");
+    frame_->setSnooze(1);
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen3");
+    ASSERT_TRUE(waitForEnd());
+    const std::string stepByStep = test::textOf(frame_->graph());
+
+    // No pause, and the scene held as a long paint holds it: the steps are left to the scene
+    // for later, and their new vertices must still go where step by step put them.
+    load(kSierpinski + "triangle.dg");
+    frame_->setSnooze(0);
+    console_.reset();
+    startThroughMenu(kSierpinski + "sierpinski.mod", "gen3");
+    {
+        std::lock_guard<std::mutex> busy(frame_->sceneLock());
+        // No events meanwhile: a paint would wait for this lock.
+        const Clock::time_point until = Clock::now() + kPromptly;
+        while (console_.text().find("READY 'gen3'") == std::string::npos && Clock::now() < until)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(frame_->graph().vertexCount(), 42u);
+    EXPECT_EQ(test::textOf(frame_->graph()), stepByStep);
+    expectSceneFollowedGraph();
 }
 
 TEST_F(InterpreterFrameTest, ChosenLayoutRunsAfterEachStepAndVerticesGlideDuringThePause) {

@@ -108,6 +108,12 @@ bool setOutUnplaced(DirectedGraph& graph) {
     return index > 0;
 }
 
+std::optional<TPXp3> readPosition(const DirectedGraphVertex& vertex) {
+    if (!vertex.findAttribute(look::position))
+        return std::nullopt;
+    return pointOf(vectorOf(vertex, look::position), VertexLook().position);
+}
+
 void writePosition(DirectedGraphVertex& vertex, const TPXp3& position) {
     setVector(vertex, look::position, position);
 }

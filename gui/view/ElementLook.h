@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "graph/DirectedGraph.h"
@@ -53,6 +54,8 @@ void placeOnCircle(DirectedGraphVertex& vertex, std::size_t index, std::size_t c
 // position, sets every vertex out on a circle in graph order. True when it did.
 bool setOutUnplaced(DirectedGraph& graph);
 
+// The place "position" gives, as readVertexLook() reads it; none without one.
+std::optional<TPXp3> readPosition(const DirectedGraphVertex& vertex);
 // Sets "position" (created if missing).
 void writePosition(DirectedGraphVertex& vertex, const TPXp3& position);
 // Writes a moved, turned or scaled object's placement back into "position", "orientation"

@@ -120,19 +120,31 @@ void GraphScene::update(const SceneChanges& changes) {
 }
 
 void GraphScene::placeAmongNeighbours(const std::vector<DirectedGraphVertex*>& vertices) {
+    vellum::placeAmongNeighbours(vertices,
+                                 [this](const DirectedGraphVertex& vertex) -> std::optional<TPXp3> {
+                                     auto shown = m_vertices.find(vertex.serial());
+                                     if (shown == m_vertices.end())
+                                         return std::nullopt;
+                                     return shown->second.object->placement().position;
+                                 });
+}
+
+void placeAmongNeighbours(
+    const std::vector<DirectedGraphVertex*>& vertices,
+    const std::function<std::optional<TPXp3>(const DirectedGraphVertex&)>& placeOf) {
     if (vertices.empty())
         return;
     std::unordered_map<std::uint64_t, TPXp3> placed;
-    // The neighbours' centre, from those shown before this update or placed in an earlier
-    // round; none when there are none yet.
+    // The neighbours' centre, from those placed before or in an earlier round; none when there
+    // are none yet.
     auto centreOf = [&](const DirectedGraphVertex& vertex, int& count) {
         TPXp3 sum;
         count = 0;
         auto add = [&](const DirectedGraphVertex* other) {
             if (other == &vertex || !other->inGraph())
                 return;
-            if (auto shown = m_vertices.find(other->serial()); shown != m_vertices.end()) {
-                sum = sum + shown->second.object->placement().position;
+            if (const std::optional<TPXp3> at = placeOf(*other)) {
+                sum = sum + *at;
                 ++count;
             } else if (auto earlier = placed.find(other->serial()); earlier != placed.end()) {
                 sum = sum + earlier->second;

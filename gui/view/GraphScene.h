@@ -10,7 +10,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -147,5 +149,13 @@ class GraphScene {
     // The edges joining each pair of vertices, in graph order (by serial).
     std::unordered_map<Pair, std::vector<std::uint64_t>, PairHash> m_pairs;
 };
+
+// Gives each of the created `vertices` (without a "position") a place among its neighbours whose
+// place `placeOf` knows (none: not placed), kept as its "position": on the line between two, in
+// the middle of more, beside a single one; round by round, so that a vertex joined only to other
+// new ones goes near those, and in a row beside the origin when it touches nothing placed.
+void placeAmongNeighbours(
+    const std::vector<DirectedGraphVertex*>& vertices,
+    const std::function<std::optional<TPXp3>(const DirectedGraphVertex&)>& placeOf);
 
 }  // namespace vellum
