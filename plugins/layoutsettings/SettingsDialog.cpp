@@ -8,6 +8,8 @@
 #include <wx/textctrl.h>
 #include <wx/thread.h>
 
+#include <dlfcn.h>
+
 namespace vellum::layoutsettings {
 
 namespace {
@@ -31,6 +33,19 @@ wxWindow* makeField(wxWindow* parent, const Setting& setting, const std::string&
     }
     return new wxTextCtrl(parent, wxID_ANY, text(value), wxDefaultPosition, wxSize(kFieldWidth, -1),
                           0, wxDefaultValidator, text(setting.name));
+}
+
+// Loading a layout that links the toolkit into a program that has none (vellum-cli) brings GTK
+// in, and GTK cannot be unloaded cleanly: what it registered stays behind, pointing into freed
+// code. There the layout keeps itself loaded. In the desktop program the toolkit stays loaded
+// anyway and the layout is unloaded as usual.
+__attribute__((constructor)) void keepLoadedWithoutToolkit() {
+    if (wxTheApp != nullptr)
+        return;
+    Dl_info self;
+    if (dladdr(reinterpret_cast<void*>(&keepLoadedWithoutToolkit), &self) != 0 &&
+        self.dli_fname != nullptr)
+        dlopen(self.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
 }  // namespace
