@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "GraphInvariants.h"
 #include "graph/DirectedGraph.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RealAttribute.h"
+#include "tests/support/GraphInvariants.h"
 
 namespace vellum {
 namespace {

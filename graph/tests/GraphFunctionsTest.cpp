@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "GraphInvariants.h"
 #include "ReferenceMatcher.h"
 #include "RuleFixtures.h"
 #include "base/SearchPaths.h"
@@ -20,6 +19,7 @@
 #include "graph/PreparedRule.h"
 #include "graph/RuleApplication.h"
 #include "graph/RuleObjectData.h"
+#include "tests/support/GraphInvariants.h"
 #include "tests/support/ScopedEnvironment.h"
 
 namespace vellum {

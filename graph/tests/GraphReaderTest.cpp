@@ -2,7 +2,6 @@
 
 #include <climits>
 
-#include "GraphInvariants.h"
 #include "base/Console.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphReader.h"
@@ -10,6 +9,7 @@
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
+#include "tests/support/GraphInvariants.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <sstream>
 
-#include "GraphInvariants.h"
 #include "base/Console.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphReader.h"
@@ -12,6 +11,7 @@
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
+#include "tests/support/GraphInvariants.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "GraphInvariants.h"
 #include "ReferenceMatcher.h"
 #include "RuleFixtures.h"
 #include "graph/Matcher.h"
 #include "graph/PreparedRule.h"
+#include "tests/support/GraphInvariants.h"
 
 namespace vellum {
 namespace {

@@ -2,7 +2,6 @@
 
 #include <sstream>
 
-#include "GraphInvariants.h"
 #include "RuleFixtures.h"
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphWriter.h"
@@ -10,6 +9,7 @@
 #include "graph/RealAttribute.h"
 #include "graph/RuleApplication.h"
 #include "graph/StringAttribute.h"
+#include "tests/support/GraphInvariants.h"
 
 namespace vellum {
 namespace {

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "GraphInvariants.h"
 #include "RuleFixtures.h"
 #include "graph/AttributeExpression.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RealAttribute.h"
 #include "graph/RuleObjectData.h"
 #include "graph/StringAttribute.h"
+#include "tests/support/GraphInvariants.h"
 
 namespace vellum {
 namespace {

@@ -1,4 +1,4 @@
-#include "GraphInvariants.h"
+#include "tests/support/GraphInvariants.h"
 
 #include <algorithm>
 #include <cstdint>
