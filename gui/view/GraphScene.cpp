@@ -123,9 +123,11 @@ void GraphScene::placeAmongNeighbours(const std::vector<DirectedGraphVertex*>& v
     vellum::placeAmongNeighbours(vertices,
                                  [this](const DirectedGraphVertex& vertex) -> std::optional<TPXp3> {
                                      auto shown = m_vertices.find(vertex.serial());
-                                     if (shown == m_vertices.end())
-                                         return std::nullopt;
-                                     return shown->second.object->placement().position;
+                                     if (shown != m_vertices.end())
+                                         return shown->second.object->placement().position;
+                                     // Placed by an earlier step of this update, not shown yet:
+                                     // its place counts as it would once shown.
+                                     return readPosition(vertex);
                                  });
 }
 

@@ -8,6 +8,7 @@
 #include "base/Console.h"
 #include "graph/GraphReader.h"
 #include "graph/VectorAttribute.h"
+#include "gui/view/ElementLook.h"
 #include "gui/view/GraphScene.h"
 #include "gui/view/SceneListing.h"
 #include "tests/support/TempFolder.h"
@@ -116,6 +117,24 @@ TEST(GraphScene, MarkingAndWritingBack) {
     const GraphEdgeObject* edge = shown.scene.objectOf(*shown.graph->edges().begin());
     EXPECT_NEAR(edge->placement().position.y(), 1.0, 1e-9);
     EXPECT_FALSE(shown.scene.writeBack(edge->identity()));
+}
+
+TEST(GraphScene, AnUpdateOfSeveralStepsPlacesNewVerticesAmongNeighboursItAddsToo) {
+    // One update catching up with two steps: the first placed its vertex at once, the second's
+    // vertex hangs between it and a shown one, and must land between the two.
+    Shown shown;
+    show(shown, "directed graph g { vertex 1 { vector position = (0 0 0) } }\n");
+    DirectedGraph& graph = *shown.graph;
+    DirectedGraphVertex* old = &*graph.vertices().begin();
+    DirectedGraphVertex* earlier = graph.createVertex();
+    writePosition(*earlier, TPXp3(4, 0, 0));
+    DirectedGraphVertex* newest = graph.createVertex();
+    SceneChanges changes;
+    changes.changed = {earlier, newest, graph.createEdge(newest, old),
+                       graph.createEdge(newest, earlier)};
+    shown.scene.update(changes);
+    EXPECT_EQ(vectorOf(*newest, "position"), (std::vector<double>{2, 0, 0}));
+    EXPECT_EQ(shown.scene.vertexPositions().size(), 3u);
 }
 
 }  // namespace
