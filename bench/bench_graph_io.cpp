@@ -1,6 +1,9 @@
 // bench_graph_io [VERTICES [EDGES]]: writes a graph file of 10^6 vertices and 2*10^6 edges
 // (a tenth of them labelled, some attributes), then times loading it and saving it again, and
-// prints the figures. The files go to a temporary folder that is removed afterwards.
+// prints the figures with the peak memory of the process after the load. The files go to a
+// temporary folder that is removed afterwards.
+#include <sys/resource.h>
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -48,6 +51,13 @@ bool generate(const std::string& file, long vertices, long edges) {
     return std::fclose(out) == 0;
 }
 
+// The largest resident size the process has had so far.
+double peakMegabytes() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
 double megabytes(const std::string& file) {
     return static_cast<double>(std::filesystem::file_size(file)) / 1e6;
 }
@@ -78,8 +88,9 @@ int main(int argc, char** argv) {
         vellum::DirectedGraph graph;
         start = Clock::now();
         const bool loaded = vellum::loadGraph(input, graph);
-        std::printf("load: %.2f s (%s, %zu vertices, %zu edges)\n", secondsSince(start),
-                    loaded ? "ok" : "FAILED", graph.vertexCount(), graph.edgeCount());
+        std::printf("load: %.2f s (%s, %zu vertices, %zu edges), peak memory %.0f MB\n",
+                    secondsSince(start), loaded ? "ok" : "FAILED", graph.vertexCount(),
+                    graph.edgeCount(), peakMegabytes());
         start = Clock::now();
         const bool saved = vellum::saveGraph(graph, output);
         std::printf("save: %.2f s (%s, %.1f MB)\n", secondsSince(start), saved ? "ok" : "FAILED",
