@@ -2,13 +2,37 @@
 
 #include <algorithm>
 
+#include "graph/AttributeExpression.h"
+#include "graph/RuleObjectData.h"
+
 namespace vellum {
+namespace {
+
+bool sameExpression(const Attribute& a, const Attribute& b) {
+    const std::string* x = expressionOf(a);
+    const std::string* y = expressionOf(b);
+    return x == nullptr ? y == nullptr : y != nullptr && *x == *y;
+}
+
+bool sameRuleData(const ObjectExtension* a, const ObjectExtension* b) {
+    const auto* x = dynamic_cast<const RuleObjectData*>(a);
+    const auto* y = dynamic_cast<const RuleObjectData*>(b);
+    const RuleObjectData none;
+    const RuleObjectData& p = x ? *x : none;
+    const RuleObjectData& q = y ? *y : none;
+    return p.variable == q.variable && p.forcedReference == q.forcedReference &&
+           p.reference == q.reference;
+}
+
+}  // namespace
 
 ElementContents ElementContents::of(const GraphObject& element) {
     ElementContents contents;
     contents.label = element.label();
     for (const Attribute& attribute : element.attributes())
         contents.attributes.push_back(attribute.clone());
+    if (element.extension())
+        contents.extension = element.extension()->clone();
     return contents;
 }
 
@@ -21,15 +45,17 @@ void ElementContents::applyTo(GraphObject& element) const {
         element.removeAttribute(name);
     for (const auto& attribute : attributes)
         element.addAttribute(attribute->clone());
+    element.setExtension(extension ? extension->clone() : nullptr);
 }
 
 bool ElementContents::operator==(const ElementContents& other) const {
-    if (label != other.label || attributes.size() != other.attributes.size())
+    if (label != other.label || attributes.size() != other.attributes.size() ||
+        !sameRuleData(extension.get(), other.extension.get()))
         return false;
     for (std::size_t i = 0; i < attributes.size(); ++i) {
         const Attribute& a = *attributes[i];
         const Attribute& b = *other.attributes[i];
-        if (a.name() != b.name() || a.type() != b.type() || !a.equals(b))
+        if (a.name() != b.name() || a.type() != b.type() || !a.equals(b) || !sameExpression(a, b))
             return false;
     }
     return true;

@@ -16,10 +16,12 @@
 
 namespace vellum {
 
-// An element's label and attributes, copied, in list order.
+// An element's label and attributes, copied, in list order, with the client data of the
+// element and its attributes (a rule's variables, references and expressions).
 struct ElementContents {
     std::string label;
     std::vector<std::unique_ptr<Attribute>> attributes;
+    std::unique_ptr<ObjectExtension> extension;
 
     static ElementContents of(const GraphObject& element);
     // Gives `element` exactly this label and these attributes (copies of them).

@@ -38,7 +38,32 @@ class LayoutNotifier : public KoralFrame {
 
 }  // namespace
 
-GraphDocument::GraphDocument() : m_scene(std::make_unique<GraphScene>()) {
+// One step of this document in the history: its change replayed on its graph, with the scene
+// catching up.
+class GraphDocument::Replay : public EditHistory::Entry {
+  public:
+    Replay(GraphDocument& document, GraphChange change)
+        : m_document(document), m_change(std::move(change)) {}
+    bool undo() override { return replay(false); }
+    bool redo() override { return replay(true); }
+
+  private:
+    bool replay(bool forward) {
+        TouchedElements touched;
+        const bool replayed = forward ? m_change.redo(m_document.m_graph, touched)
+                                      : m_change.undo(m_document.m_graph, touched);
+        m_document.m_scene->update(touched.sceneChanges());
+        return replayed;
+    }
+
+    GraphDocument& m_document;
+    GraphChange m_change;
+};
+
+GraphDocument::GraphDocument() : GraphDocument(m_ownHistory) {}
+
+GraphDocument::GraphDocument(EditHistory& history)
+    : m_scene(std::make_unique<GraphScene>()), m_history(history) {
     m_scene->build(m_graph);
 }
 
@@ -47,18 +72,17 @@ GraphDocument::~GraphDocument() {
 }
 
 bool GraphDocument::modified() const {
-    return newestStep() != m_savedStep;
+    return m_history.modified();
 }
 
 void GraphDocument::forgetHistory() {
     m_gesture.reset();
-    m_done.clear();
-    m_undone.clear();
-    m_savedStep = 0;
+    m_history.clear();
 }
 
 void GraphDocument::rebuildScene() {
     m_scene = std::make_unique<GraphScene>(folderOf(m_fileName));
+    m_scene->setDecorator(m_decorator);
     m_scene->build(m_graph);
     m_selected = 0;
 }
@@ -99,16 +123,39 @@ EditResult GraphDocument::save(const std::string& fileName) {
         // Model files are found beside the graph file.
         rebuildScene();
     }
-    m_savedStep = newestStep();
+    m_history.markSaved();
     return EditResult::success();
 }
 
 void GraphDocument::finish(GraphChange change, const TouchedElements& touched) {
-    if (!change.empty()) {
-        m_done.push_back(Step{++m_lastStepId, std::move(change)});
-        m_undone.clear();
-    }
+    record(std::move(change));
     m_scene->update(touched.sceneChanges());
+}
+
+void GraphDocument::record(GraphChange change) {
+    if (!change.empty())
+        m_history.record(std::make_unique<Replay>(*this, std::move(change)));
+}
+
+void GraphDocument::setDecorator(GraphScene::Decorator decorator) {
+    m_decorator = std::move(decorator);
+    m_scene->setDecorator(m_decorator);
+}
+
+void GraphDocument::refreshAll() {
+    TouchedElements touched;
+    for (DirectedGraphVertex& vertex : m_graph.vertices())
+        touched.add(vertex);
+    for (DirectedGraphEdge& edge : m_graph.edges())
+        touched.add(edge);
+    m_scene->update(touched.sceneChanges());
+}
+
+void GraphDocument::adopt(DirectedGraph& graph) {
+    forgetHistory();
+    m_graph.swap(graph);
+    m_fileName.clear();
+    rebuildScene();
 }
 
 DirectedGraphVertex* GraphDocument::insertVertex(const std::string& representation,
@@ -324,10 +371,7 @@ void GraphDocument::commitGesture() {
     if (!(ElementContents::of(*g.vertex) == g.before))
         change.contents(*g.vertex, std::move(g.before), touched);
     // The scene followed while the gesture went on.
-    if (!change.empty()) {
-        m_done.push_back(Step{++m_lastStepId, std::move(change)});
-        m_undone.clear();
-    }
+    record(std::move(change));
 }
 
 void GraphDocument::cancelGesture() {
@@ -339,25 +383,15 @@ void GraphDocument::cancelGesture() {
 }
 
 bool GraphDocument::undo() {
-    if (m_done.empty() || m_gesture)
+    if (m_gesture)
         return false;
-    TouchedElements touched;
-    const bool replayed = m_done.back().change.undo(m_graph, touched);
-    m_undone.push_back(std::move(m_done.back()));
-    m_done.pop_back();
-    m_scene->update(touched.sceneChanges());
-    return replayed;
+    return m_history.undo();
 }
 
 bool GraphDocument::redo() {
-    if (m_undone.empty() || m_gesture)
+    if (m_gesture)
         return false;
-    TouchedElements touched;
-    const bool replayed = m_undone.back().change.redo(m_graph, touched);
-    m_done.push_back(std::move(m_undone.back()));
-    m_undone.pop_back();
-    m_scene->update(touched.sceneChanges());
-    return replayed;
+    return m_history.redo();
 }
 
 GraphObject* GraphDocument::elementOf(std::uint32_t identity) const {

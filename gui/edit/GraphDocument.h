@@ -1,5 +1,6 @@
 // GraphDocument: the graph editor's document without any window: the graph, its scene, its
-// file and an unlimited undo history. Every command is one undo step and brings the scene up to
+// file and an unlimited undo history, its own or one it shares with other parts of a larger
+// document (a rule's sides). Every command is one undo step and brings the scene up to
 // date incrementally; a gesture (move, rotate, scale) moves the scene at once while the mouse
 // moves and becomes one step when it ends. Undo and redo restore the very elements that were
 // there, in their places, so a save after undo writes the file that was there before.
@@ -18,6 +19,7 @@
 
 #include "graph/DirectedGraph.h"
 #include "graph/FileSpelling.h"
+#include "gui/edit/EditHistory.h"
 #include "gui/edit/EditResult.h"
 #include "gui/edit/GraphChange.h"
 #include "gui/view/GraphScene.h"
@@ -42,6 +44,9 @@ class GraphDocument {
     static constexpr double copyOffset = 1.0;
 
     GraphDocument();
+    // A document whose steps go into `history`, which its owner clears before the document is
+    // destroyed.
+    explicit GraphDocument(EditHistory& history);
     ~GraphDocument();
     GraphDocument(const GraphDocument&) = delete;
     GraphDocument& operator=(const GraphDocument&) = delete;
@@ -72,6 +77,18 @@ class GraphDocument {
     bool remove(GraphObject& element);
     // A new vertex with the label and visible attributes of `vertex`, copyOffset beside it.
     DirectedGraphVertex* copy(DirectedGraphVertex& vertex);
+    // Any change of the element's label, attributes or rule data made by `edit`, as one step
+    // (none when nothing changed). Refused when the element is not in the graph.
+    EditResult changeContents(GraphObject& element, const std::function<void(GraphObject&)>& edit);
+    // Takes the elements of `graph` (which gets this document's) and shows them; forgets the
+    // history, the selection and the file name.
+    void adopt(DirectedGraph& graph);
+    EditHistory& history() { return m_history; }
+    // How the scene decorates elements, kept for every scene the document makes from now on.
+    void setDecorator(GraphScene::Decorator decorator);
+    // Shows every element again, after what the decorator reads has changed.
+    void refreshAll();
+
     // Label and attributes: refused, with the reason, when a graph file could not carry them.
     EditResult setLabel(GraphObject& element, const std::string& label);
     // Adds the attribute or replaces the one of its name in its place.
@@ -96,8 +113,8 @@ class GraphDocument {
     void setLocks(const AxisLocks& locks) { m_locks = locks; }
     const AxisLocks& locks() const { return m_locks; }
 
-    bool canUndo() const { return !m_done.empty(); }
-    bool canRedo() const { return !m_undone.empty(); }
+    bool canUndo() const { return m_history.canUndo(); }
+    bool canRedo() const { return m_history.canRedo(); }
     bool undo();
     bool redo();
 
@@ -111,10 +128,7 @@ class GraphDocument {
     DirectedGraphVertex* selectedVertex(EditResult& result) const;
 
   private:
-    struct Step {
-        std::uint64_t id;
-        GraphChange change;
-    };
+    class Replay;
     struct ActiveGesture {
         DirectedGraphVertex* vertex;
         Gesture kind;
@@ -125,11 +139,10 @@ class GraphDocument {
     // Ends a command: its change becomes the newest step (unless empty), the redo list goes,
     // and the scene catches up with what it touched.
     void finish(GraphChange change, const TouchedElements& touched);
+    void record(GraphChange change);
     void forgetHistory();
     void rebuildScene();
     bool isElement(const GraphObject& element) const { return m_graph.contains(element); }
-    std::uint64_t newestStep() const { return m_done.empty() ? 0 : m_done.back().id; }
-    EditResult changeContents(GraphObject& element, const std::function<void(GraphObject&)>& edit);
     // The vertex object takes the placement its attributes say, and its edges follow.
     void followPlacement(DirectedGraphVertex& vertex);
 
@@ -137,14 +150,14 @@ class GraphDocument {
     DirectedGraph m_graph;
     std::unique_ptr<GraphScene> m_scene;
     std::string m_fileName;
-    std::vector<Step> m_done;
-    std::vector<Step> m_undone;
-    std::uint64_t m_lastStepId = 0;
-    std::uint64_t m_savedStep = 0;  // the newest step when last saved or loaded (0: none)
+    // Declared after the graph: the taken elements it holds go before the graph does.
+    EditHistory m_ownHistory;
+    EditHistory& m_history;  // m_ownHistory or a shared one
     std::optional<ActiveGesture> m_gesture;
     AxisLocks m_locks;
     std::uint32_t m_selected = 0;
     FileSpelling m_spelling{FileSpelling::Format::Graph};
+    GraphScene::Decorator m_decorator;
 };
 
 }  // namespace vellum

@@ -267,15 +267,28 @@ bool GraphScene::showVertexAt(std::uint64_t serial, const TPXp3& position) {
     return true;
 }
 
+ElementDecoration GraphScene::decorationOf(const GraphObject& element) const {
+    return m_decorator ? m_decorator(element) : ElementDecoration{};
+}
+
+void GraphScene::decorateEdge(GraphEdgeObject& object, const DirectedGraphEdge& edge) {
+    const EdgeLook look = readEdgeLook(edge);
+    const ElementDecoration decoration = decorationOf(edge);
+    object.setColour(decoration.colour.value_or(look.colour), look.opacity);
+    setLabel(object, decoration.labelPrefix + edge.label(), edgeLabelSize, edgeLabelHeight);
+}
+
 std::unique_ptr<TPXnode> GraphScene::makeVertexObject(DirectedGraphVertex& vertex) {
     const VertexLook look = readVertexLook(vertex);
-    std::unique_ptr<TPXnode> object = m_shapes.make(look.representation, look.colour, look.opacity);
+    const ElementDecoration decoration = decorationOf(vertex);
+    std::unique_ptr<TPXnode> object =
+        m_shapes.make(look.representation, decoration.colour.value_or(look.colour), look.opacity);
     TPXplacement place;
     place.position = look.position;
     place.orientation = TPXquaternion::fromAngles(look.orientation);
     place.scale = look.scale;
     object->setPlacement(place);
-    setLabel(*object, vertex.label(), vertexLabelSize, vertexLabelHeight);
+    setLabel(*object, decoration.labelPrefix + vertex.label(), vertexLabelSize, vertexLabelHeight);
     return object;
 }
 
@@ -324,9 +337,7 @@ void GraphScene::addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent) {
     auto object = std::make_unique<GraphEdgeObject>(source, target, m_arrowhead);
     const std::uint32_t identity = newIdentity();
     object->setIdentity(identity);
-    const EdgeLook look = readEdgeLook(edge);
-    object->setColour(look.colour, look.opacity);
-    setLabel(*object, edge.label(), edgeLabelSize, edgeLabelHeight);
+    decorateEdge(*object, edge);
     setLink(edge, static_cast<int>(identity));
     GraphEdgeObject* shownObject = object.get();
     insertAfter(*m_edgeGroup, m_lastEdge, shownBefore(edge), std::move(object));
@@ -340,9 +351,7 @@ void GraphScene::addEdge(DirectedGraphEdge& edge, std::vector<Pair>& bent) {
 }
 
 void GraphScene::refreshEdge(EdgeRecord& record) {
-    const EdgeLook look = readEdgeLook(*record.edge);
-    record.object->setColour(look.colour, look.opacity);
-    setLabel(*record.object, record.edge->label(), edgeLabelSize, edgeLabelHeight);
+    decorateEdge(*record.object, *record.edge);
     setLink(*record.edge, static_cast<int>(record.object->identity()));
 }
 

@@ -26,8 +26,17 @@
 
 namespace vellum {
 
+// What an editor shows of an element beyond its attributes, without changing them: a colour
+// in place of its own and a text before its label.
+struct ElementDecoration {
+    std::optional<TPXrgb> colour;
+    std::string labelPrefix;
+};
+
 class GraphScene {
   public:
+    using Decorator = std::function<ElementDecoration(const GraphObject& element)>;
+
     static constexpr double vertexLabelSize = 0.5;
     static constexpr double edgeLabelSize = 0.4;
     static constexpr const char* labelName = "__label__";
@@ -48,6 +57,8 @@ class GraphScene {
     // two, in the middle of more, beside a single one) and keeps that place as its attribute,
     // so that a step leaves the rest of the picture where it was.
     void update(const SceneChanges& changes);
+    // How elements are decorated from their next build or update on; empty: not at all.
+    void setDecorator(Decorator decorator) { m_decorator = std::move(decorator); }
     // Places the vertex objects where the vertices' attributes say again (after a layout wrote
     // them); edges follow.
     void followPlacements();
@@ -115,6 +126,8 @@ class GraphScene {
     void bendPair(const Pair& pair);
     void followVertex(const DirectedGraphVertex& vertex);
     std::unique_ptr<TPXnode> makeVertexObject(DirectedGraphVertex& vertex);
+    ElementDecoration decorationOf(const GraphObject& element) const;
+    void decorateEdge(GraphEdgeObject& object, const DirectedGraphEdge& edge);
     void setLabel(TPXnode& owner, const std::string& text, double size, double height);
     // The object of the nearest element before `element` in its graph list that is shown, or
     // null: where a new object goes so that each group keeps graph order, also when an element
@@ -143,6 +156,7 @@ class GraphScene {
     TPXnode* m_lastEdge = nullptr;
 
     std::uint32_t m_lastIdentity = 0;
+    Decorator m_decorator;
     std::unordered_map<std::uint64_t, VertexRecord> m_vertices;  // by element serial
     std::unordered_map<std::uint64_t, EdgeRecord> m_edges;
     std::unordered_map<std::uint32_t, std::uint64_t> m_serialOf;  // by object identity
