@@ -1,6 +1,5 @@
 #include "gui/GraphEditorFrame.h"
 
-#include <wx/bmpbndl.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
@@ -15,78 +14,19 @@
 #include "gui/view/ElementLook.h"
 
 namespace vellum {
-namespace {
-
-constexpr int kIconSide = 24;
-
-struct ModeTool {
-    ToolbarTool tool;
-    EditMode mode;
-};
-constexpr ModeTool kModeTools[] = {
-    {ToolbarTool::Select, EditMode::Select},
-    {ToolbarTool::ObjectMove, EditMode::Move},
-    {ToolbarTool::ObjectRotate, EditMode::Rotate},
-    {ToolbarTool::ObjectScale, EditMode::Scale},
-    {ToolbarTool::VertexSphere, EditMode::InsertSphere},
-    {ToolbarTool::VertexCone, EditMode::InsertCone},
-    {ToolbarTool::VertexCylinder, EditMode::InsertCylinder},
-    {ToolbarTool::VertexCube, EditMode::InsertCube},
-    {ToolbarTool::VertexUser, EditMode::InsertUser},
-    {ToolbarTool::Connection, EditMode::Connect},
-};
-
-struct ViewTool {
-    ToolbarTool tool;
-    TPXviewMode mode;
-};
-constexpr ViewTool kViewTools[] = {
-    {ToolbarTool::ViewPerspective, TPXviewMode::Perspective},
-    {ToolbarTool::ViewTop, TPXviewMode::Top},
-    {ToolbarTool::ViewFront, TPXviewMode::Front},
-    {ToolbarTool::ViewSide, TPXviewMode::Left},
-    {ToolbarTool::ViewWalk, TPXviewMode::Walk},
-    {ToolbarTool::ViewFly, TPXviewMode::Fly},
-};
-
-constexpr ToolbarTool kConstraintTools[] = {
-    ToolbarTool::ConstrainPx, ToolbarTool::ConstrainPy, ToolbarTool::ConstrainPz,
-    ToolbarTool::ConstrainOx, ToolbarTool::ConstrainOy, ToolbarTool::ConstrainOz,
-};
-
-// Whether a tool stays pressed (views, mouse tools, constraints) rather than acting once.
-bool isToggle(ToolbarTool tool) {
-    switch (tool) {
-        case ToolbarTool::Delete:
-        case ToolbarTool::Undo:
-        case ToolbarTool::Redo:
-        case ToolbarTool::Zoom:
-            return false;
-        default:
-            return true;
-    }
-}
-
-wxBitmapBundle bundleOf(const ToolIcon& icon) {
-    const std::string svg(icon.svg);
-    return wxBitmapBundle::FromSVG(svg.c_str(), wxSize(kIconSide, kIconSide));
-}
-
-}  // namespace
 
 GraphEditorFrame::GraphEditorFrame(wxWindow* parent, std::unique_ptr<EditorPrompts> prompts)
     : wxFrame(parent, wxID_ANY, wxString(titlePrefix) + "untitled", wxDefaultPosition,
               wxSize(1040, 700)),
-      m_prompts(prompts ? std::move(prompts) : std::make_unique<EditorPrompts>()),
-      m_tool(m_document, EditingTool::Hooks{
-                             [this] { documentChanged(); },
-                             [this] { return chooseModel(); },
-                             [this](const wxPoint& at) { showContextMenu(at); },
-                         }) {
+      m_prompts(prompts ? std::move(prompts) : std::make_unique<EditorPrompts>()) {
     buildMenus();
     buildToolBar();
-    m_canvas = new TPXCanvas(this);
-    m_canvas->setMouseHandler(&m_tool);
+    m_pane = std::make_unique<GraphPane>(this, m_document,
+                                         EditingTool::Hooks{
+                                             [this] { documentChanged(); },
+                                             [this] { return chooseModel(); },
+                                             [this](const wxPoint& at) { showContextMenu(at); },
+                                         });
     sceneReplaced();
     bindEvents();
     Show();
@@ -96,11 +36,8 @@ void GraphEditorFrame::setPrompts(std::unique_ptr<EditorPrompts> prompts) {
     m_prompts = prompts ? std::move(prompts) : std::make_unique<EditorPrompts>();
 }
 
-GraphEditorFrame::~GraphEditorFrame() {
-    // The canvas is destroyed after this body, with the document it shows already gone.
-    m_canvas->setMouseHandler(nullptr);
-    m_canvas->setScene(nullptr);
-}
+// The pane leaves its canvas, which is destroyed after this body, with no document to show.
+GraphEditorFrame::~GraphEditorFrame() = default;
 
 void GraphEditorFrame::buildMenus() {
     auto* file = new wxMenu;
@@ -136,21 +73,16 @@ void GraphEditorFrame::buildMenus() {
 }
 
 void GraphEditorFrame::buildToolBar() {
-    m_toolBar = CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT);
-    m_toolBar->SetToolBitmapSize(wxSize(kIconSide, kIconSide));
-    for (const ToolIcon& icon : toolIcons()) {
-        const wxBitmapBundle normal = bundleOf(icon);
-        wxBitmapBundle disabled;
-        if (!icon.disabledBitmap.empty())
-            disabled = wxBitmapBundle::FromBitmap(
-                normal.GetBitmap(wxSize(kIconSide, kIconSide)).ConvertToDisabled());
-        const wxString tip(std::string(icon.tooltip));
-        m_toolBar->AddTool(toolId(icon.tool), tip, normal, disabled,
-                           isToggle(icon.tool) ? wxITEM_CHECK : wxITEM_NORMAL, tip);
-    }
-    m_toolBar->Realize();
-    m_toolBar->ToggleTool(toolId(ToolbarTool::ViewPerspective), true);
-    m_toolBar->ToggleTool(toolId(ToolbarTool::Select), true);
+    EditingToolbar::Actions actions;
+    actions.mode = [this](EditMode mode) { m_pane->tool().setMode(mode); };
+    actions.view = [this](TPXviewMode mode) { m_pane->setView(mode); };
+    actions.locks = [this](const AxisLocks& locks) { m_document.setLocks(locks); };
+    actions.remove = [this] { deleteSelected(); };
+    actions.undo = [this] { undo(); };
+    actions.redo = [this] { redo(); };
+    actions.zoom = [this] { m_pane->zoomToFit(); };
+    m_toolBar = std::make_unique<EditingToolbar>(*CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT),
+                                                 kFirstTool, std::move(actions));
 }
 
 void GraphEditorFrame::bindEvents() {
@@ -208,7 +140,7 @@ void GraphEditorFrame::onCommand(wxCommandEvent& event) {
         case kBackground:
             return chooseBackground();
         case kVrInterface:
-            return setVrEnabled(!m_canvas->vrEnabled());
+            return setVrEnabled(!m_pane->canvas().vrEnabled());
         default:
             event.Skip();
     }
@@ -219,64 +151,22 @@ void GraphEditorFrame::onClose(wxCloseEvent& event) {
         event.Veto();
         return;
     }
-    m_tool.cancel();
+    m_pane->tool().cancel();
     Destroy();
 }
 
 void GraphEditorFrame::onKey(wxKeyEvent& event) {
     if (event.GetKeyCode() == WXK_ESCAPE &&
-        (m_document.gestureActive() || m_tool.connectionSource())) {
-        m_tool.cancel();
-        m_canvas->requestRepaint();
+        (m_document.gestureActive() || m_pane->tool().connectionSource())) {
+        m_pane->tool().cancel();
+        m_pane->canvas().requestRepaint();
         return;
     }
     event.Skip();
 }
 
 void GraphEditorFrame::useTool(ToolbarTool tool) {
-    for (const ModeTool& entry : kModeTools)
-        if (entry.tool == tool)
-            return chooseMode(entry.tool, entry.mode);
-    for (const ViewTool& entry : kViewTools)
-        if (entry.tool == tool)
-            return chooseView(entry.tool, entry.mode);
-    switch (tool) {
-        case ToolbarTool::Delete:
-            return deleteSelected();
-        case ToolbarTool::Undo:
-            return undo();
-        case ToolbarTool::Redo:
-            return redo();
-        case ToolbarTool::Zoom:
-            m_canvas->zoomToFit();
-            m_canvas->requestRepaint();
-            return;
-        default:
-            return updateLocks();  // a constraint tool
-    }
-}
-
-void GraphEditorFrame::chooseMode(ToolbarTool tool, EditMode mode) {
-    // The mouse tools behave as one group of which exactly one is pressed.
-    for (const ModeTool& entry : kModeTools)
-        m_toolBar->ToggleTool(toolId(entry.tool), entry.tool == tool);
-    m_tool.setMode(mode);
-}
-
-void GraphEditorFrame::chooseView(ToolbarTool tool, TPXviewMode mode) {
-    for (const ViewTool& entry : kViewTools)
-        m_toolBar->ToggleTool(toolId(entry.tool), entry.tool == tool);
-    m_canvas->setViewMode(mode);
-    m_canvas->requestRepaint();
-}
-
-void GraphEditorFrame::updateLocks() {
-    AxisLocks locks;
-    for (int axis = 0; axis < 3; ++axis) {
-        locks.translation[axis] = m_toolBar->GetToolState(toolId(kConstraintTools[axis]));
-        locks.rotation[axis] = m_toolBar->GetToolState(toolId(kConstraintTools[3 + axis]));
-    }
-    m_document.setLocks(locks);
+    m_toolBar->use(tool);
 }
 
 bool GraphEditorFrame::confirmDiscard() {
@@ -288,7 +178,7 @@ bool GraphEditorFrame::confirmDiscard() {
 void GraphEditorFrame::newGraph() {
     if (!confirmDiscard())
         return;
-    m_tool.cancel();
+    m_pane->tool().cancel();
     m_document.newGraph();
     sceneReplaced();
 }
@@ -301,14 +191,14 @@ bool GraphEditorFrame::loadGraph(const std::string& fileName) {
         name = m_prompts->fileName(this, graphFilter, "dg", false).utf8_string();
     if (name.empty())
         return false;
-    m_tool.cancel();
+    m_pane->tool().cancel();
     // The document's reader has written why a load failed to the console.
     if (!m_document.load(name)) {
         console() << "The graph editor kept its graph: '" << name << "' could not be loaded.\n";
         return false;
     }
     sceneReplaced();
-    m_canvas->zoomToFit();
+    m_pane->canvas().zoomToFit();
     return true;
 }
 
@@ -318,35 +208,42 @@ bool GraphEditorFrame::saveGraph(const std::string& fileName) {
         name = m_prompts->fileName(this, graphFilter, "dg", true).utf8_string();
     if (name.empty())
         return false;
-    m_tool.cancel();
+    m_pane->tool().cancel();
     const bool saved = report(m_document.save(name));
     // A save under a new name shows the scene anew (models are found beside the file).
     sceneReplaced();
     return saved;
 }
 
+void GraphEditorFrame::adoptGraph(DirectedGraph& graph) {
+    m_pane->tool().cancel();
+    m_document.adopt(graph);
+    sceneReplaced();
+    m_pane->zoomToFit();
+}
+
 void GraphEditorFrame::layoutGraph() {
     LayoutDialog dialog(this);
     if (m_prompts->showModal(dialog) != wxID_OK || !dialog.library())
         return;
-    m_tool.cancel();
+    m_pane->tool().cancel();
     // Painting at once shows the progress without handing control to the user mid-layout.
-    report(m_document.layout(*dialog.library(), [this] { m_canvas->paintNow(); }));
+    report(m_document.layout(*dialog.library(), [this] { m_pane->canvas().paintNow(); }));
     documentChanged();
 }
 
 bool GraphEditorFrame::screenshot(const std::string& fileName) {
-    return saveCanvasScreenshot(*this, *m_prompts, *m_canvas, fileName);
+    return saveCanvasScreenshot(*this, *m_prompts, m_pane->canvas(), fileName);
 }
 
 void GraphEditorFrame::undo() {
-    m_tool.cancel();
+    m_pane->tool().cancel();
     m_document.undo();
     documentChanged();
 }
 
 void GraphEditorFrame::redo() {
-    m_tool.cancel();
+    m_pane->tool().cancel();
     m_document.redo();
     documentChanged();
 }
@@ -368,7 +265,7 @@ void GraphEditorFrame::deleteSelected() {
         report(result);
         return;
     }
-    m_tool.cancel();
+    m_pane->tool().cancel();
     m_document.remove(*element);
     m_document.select(0);
     documentChanged();
@@ -406,26 +303,26 @@ void GraphEditorFrame::editAttributes() {
 }
 
 void GraphEditorFrame::editGround() {
-    GroundDialog dialog(this, m_canvas->helpers().groundSettings());
+    GroundDialog dialog(this, m_pane->canvas().helpers().groundSettings());
     if (m_prompts->showModal(dialog) != wxID_OK)
         return;
-    m_canvas->helpers().setGroundSettings(dialog.settings());
-    m_canvas->requestRepaint();
+    m_pane->canvas().helpers().setGroundSettings(dialog.settings());
+    m_pane->canvas().requestRepaint();
 }
 
 void GraphEditorFrame::chooseBackground() {
-    chooseCanvasBackground(*this, *m_prompts, *m_canvas);
+    chooseCanvasBackground(*this, *m_prompts, m_pane->canvas());
 }
 
 void GraphEditorFrame::setVrEnabled(bool enabled) {
-    m_canvas->setVrEnabled(enabled);
+    m_pane->canvas().setVrEnabled(enabled);
     GetMenuBar()->SetLabel(kVrInterface,
                            enabled ? "Disable &VR Interface..." : "Enable &VR Interface...");
-    m_canvas->requestRepaint();
+    m_pane->canvas().requestRepaint();
 }
 
 void GraphEditorFrame::setGround(TPXgroundMode mode) {
-    setCanvasGround(*m_canvas, mode);
+    setCanvasGround(m_pane->canvas(), mode);
 }
 
 void GraphEditorFrame::showContextMenu(const wxPoint& at) {
@@ -434,7 +331,7 @@ void GraphEditorFrame::showContextMenu(const wxPoint& at) {
     menu.Append(kAttributes, "Edit attributes");
     menu.Append(kCopy, "Copy object");
     menu.Append(kDelete, "Delete");
-    m_prompts->popupMenu(*this, menu, ScreenToClient(m_canvas->ClientToScreen(at)));
+    m_prompts->popupMenu(*this, menu, ScreenToClient(m_pane->canvas().ClientToScreen(at)));
 }
 
 std::optional<std::string> GraphEditorFrame::chooseModel() {
@@ -452,17 +349,16 @@ bool GraphEditorFrame::report(const EditResult& result) {
 }
 
 void GraphEditorFrame::sceneReplaced() {
-    m_canvas->setScene(m_document.scene().root());
+    m_pane->sceneReplaced();
     documentChanged();
 }
 
 void GraphEditorFrame::documentChanged() {
     updateTitle();
-    m_toolBar->EnableTool(toolId(ToolbarTool::Undo), m_document.canUndo());
-    m_toolBar->EnableTool(toolId(ToolbarTool::Redo), m_document.canRedo());
+    m_toolBar->enableHistory(m_document.canUndo(), m_document.canRedo());
     GetMenuBar()->Enable(kUndo, m_document.canUndo());
     GetMenuBar()->Enable(kRedo, m_document.canRedo());
-    m_canvas->requestRepaint();
+    m_pane->canvas().requestRepaint();
 }
 
 void GraphEditorFrame::updateTitle() {

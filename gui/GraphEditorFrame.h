@@ -12,9 +12,9 @@
 #include <string>
 
 #include "gui/CanvasCommands.h"
-#include "gui/EditingTool.h"
+#include "gui/EditingToolbar.h"
 #include "gui/EditorPrompts.h"
-#include "gui/TPXCanvas.h"
+#include "gui/GraphPane.h"
 #include "gui/edit/GraphDocument.h"
 #include "gui/icons/ToolIcons.h"
 
@@ -59,8 +59,8 @@ class GraphEditorFrame : public wxFrame {
     ~GraphEditorFrame() override;
 
     GraphDocument& document() { return m_document; }
-    TPXCanvas& canvas() { return *m_canvas; }
-    EditingTool& tool() { return m_tool; }
+    TPXCanvas& canvas() { return m_pane->canvas(); }
+    EditingTool& tool() { return m_pane->tool(); }
     EditorPrompts& prompts() { return *m_prompts; }
     // Null: the toolkit's boxes again.
     void setPrompts(std::unique_ptr<EditorPrompts> prompts);
@@ -71,6 +71,8 @@ class GraphEditorFrame : public wxFrame {
     // says why. False when nothing was loaded.
     bool loadGraph(const std::string& fileName = {});
     bool saveGraph(const std::string& fileName = {});
+    // Shows `graph`'s elements (which it takes) as an untitled, unmodified graph.
+    void adoptGraph(DirectedGraph& graph);
     void layoutGraph();
     bool screenshot(const std::string& fileName = {});
     void undo();
@@ -98,9 +100,6 @@ class GraphEditorFrame : public wxFrame {
     void documentChanged();
     void sceneReplaced();
     void updateTitle();
-    void updateLocks();
-    void chooseMode(ToolbarTool tool, EditMode mode);
-    void chooseView(ToolbarTool tool, TPXviewMode mode);
     void setGround(TPXgroundMode mode);
     std::optional<std::string> chooseModel();
     // Shows a refused command's reason; true when it was done.
@@ -112,9 +111,8 @@ class GraphEditorFrame : public wxFrame {
 
     std::unique_ptr<EditorPrompts> m_prompts;
     GraphDocument m_document;
-    EditingTool m_tool;
-    TPXCanvas* m_canvas;  // child window, owned by the frame
-    wxToolBar* m_toolBar;
+    std::unique_ptr<EditingToolbar> m_toolBar;
+    std::unique_ptr<GraphPane> m_pane;
 };
 
 }  // namespace vellum
