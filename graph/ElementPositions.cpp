@@ -35,4 +35,17 @@ std::vector<std::size_t> ElementPositions::edgeImages(const GraphMorphism& occur
     return imagePositions(occurrence.edgePairs(), edges_);
 }
 
+std::string ElementPositions::line(const GraphMorphism& occurrence) const {
+    std::string text;
+    for (std::size_t position : vertexImages(occurrence)) {
+        if (!text.empty())
+            text += ' ';
+        text += std::to_string(position);
+    }
+    text += text.empty() ? "|" : " |";
+    for (std::size_t position : edgeImages(occurrence))
+        text += " " + std::to_string(position);
+    return text;
+}
+
 }  // namespace vellum

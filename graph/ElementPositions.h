@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -21,6 +22,9 @@ class ElementPositions {
     // image must be an element of the graph numbered.
     std::vector<std::size_t> vertexImages(const GraphMorphism& occurrence) const;
     std::vector<std::size_t> edgeImages(const GraphMorphism& occurrence) const;
+    // The occurrence as `vellum-cli match` lists it: the vertex positions, " |", then the edge
+    // positions, each after a blank ("1 2 | 3"; "|" alone for an empty one).
+    std::string line(const GraphMorphism& occurrence) const;
 
   private:
     std::unordered_map<const GraphObject*, std::size_t> vertices_;

@@ -101,14 +101,7 @@ void PreparedRule::planRightSide(const GraphMorphism& interface, DirectedGraph& 
 }
 
 void PreparedRule::collectVariables(DirectedGraph& left) {
-    for (const DirectedGraphVertex& vertex : left.vertices()) {
-        if (!variableOf(vertex).empty())
-            variables_.push_back({variableOf(vertex), &vertex, nullptr});
-    }
-    for (const DirectedGraphEdge& edge : left.edges()) {
-        if (!variableOf(edge).empty())
-            variables_.push_back({variableOf(edge), nullptr, &edge});
-    }
+    variables_ = declaredVariables(left);
 }
 
 void PreparedRule::buildCondition(const std::string& condition) {

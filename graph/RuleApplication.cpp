@@ -7,6 +7,31 @@
 #include "graph/RewritingStep.h"
 
 namespace vellum {
+
+const char* applyResultText(int result) {
+    switch (result) {
+        case kApplyApplied:
+            return "The rule was applied.";
+        case kApplyNoGraph:
+            return "There was no graph to apply the rule to.";
+        case kApplyNotReady:
+            return "The graph was not ready for the rule.";
+        case kApplyNoOccurrence:
+            return "The left-hand side does not occur in the graph (or no occurrence passed the "
+                   "dangling test and the application condition).";
+        case kApplyNonePassed:
+            return "No occurrence of the left-hand side passed the dangling test and the "
+                   "application condition.";
+        case kApplyStepFailed:
+            return "A rewriting step failed; the console says why.";
+        case kApplyUnknownMode:
+            return "The mode is unknown: nothing was changed.";
+        case kApplyWrongRuleClass:
+            return "The rule is of another class than \"DirectedGraphRule\".";
+        default:
+            return "Unknown result.";
+    }
+}
 namespace {
 
 class RuleApplication {

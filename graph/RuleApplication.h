@@ -18,6 +18,9 @@ constexpr int kApplyStepFailed = 5;      // a rewriting step failed (see the con
 constexpr int kApplyUnknownMode = 6;     // nothing was changed
 constexpr int kApplyWrongRuleClass = 7;  // the rule is no "DirectedGraphRule"
 
+// What a result code means, in words, for a user.
+const char* applyResultText(int result);
+
 // The modes.
 constexpr int kModeFirst = 0;        // the first occurrence in the defined order that passes
 constexpr int kModeRuleMatch = 1;    // the one the rule's own match finds (the interpreter's)

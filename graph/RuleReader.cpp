@@ -182,7 +182,7 @@ bool RuleReader::addVertex() {
 
 bool RuleReader::addReference() {
     if (side_ != Side::Right) {
-        console() << "You can't reference a node in the left hand side of the rule!!!\n";
+        console() << ruleMessages::referenceOnLeft << "\n";
         diagnoseToken(Severity::Error, 1,
                       "You can't reference a node in the left hand side of the rule");
         return false;
@@ -205,7 +205,7 @@ bool RuleReader::addReference() {
 
 bool RuleReader::setVariable() {
     if (side_ != Side::Left) {
-        console() << "Variables are only allowed on the left hand side of the rule!!!\n";
+        console() << ruleMessages::variableOnRight << "\n";
         diagnoseToken(Severity::Error, 0,
                       "Variables are only allowed on the left hand side of the rule");
         return false;
@@ -224,13 +224,13 @@ bool RuleReader::addAttribute(AttributeType type) {
 
 bool RuleReader::addExpressionAttribute(AttributeType type) {
     if (side_ != Side::Right) {
-        console() << "Expressions are only allowed on the right hand side of the rule!!!\n";
+        console() << ruleMessages::expressionOnLeft << "\n";
         diagnoseToken(Severity::Error, 0,
                       "Expressions are only allowed on the right hand side of the rule");
         return false;
     }
     if (!rule_->hasVariables()) {
-        console() << "No variables defined!!!\n";
+        console() << ruleMessages::noVariables << "\n";
         diagnoseToken(Severity::Error, 0,
                       "No variables defined: an expression reads the variables of the "
                       "left-hand side");
@@ -274,16 +274,7 @@ void RuleReader::checkExpression(const std::string& text, std::size_t token,
                                  const std::string& subject) const {
     if (Diagnostics::current() == nullptr)
         return;  // building expressions costs: only where someone collects the findings
-    std::vector<RuleVariable> variables;
-    const DirectedGraph& left = rule_->leftSide();
-    for (const DirectedGraphVertex& vertex : left.vertices()) {
-        if (!variableOf(vertex).empty())
-            variables.push_back({variableOf(vertex), &vertex, nullptr});
-    }
-    for (const DirectedGraphEdge& edge : left.edges()) {
-        if (!variableOf(edge).empty())
-            variables.push_back({variableOf(edge), nullptr, &edge});
-    }
+    const std::vector<RuleVariable> variables = declaredVariables(rule_->leftSide());
     const ExpressionProblem problem =
         vellum::checkExpression(text, variables, patternLoader_ ? &patternLoader_ : nullptr);
     if (problem.reason.empty())

@@ -6,6 +6,7 @@
 #include "graph/GlobMatch.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RealAttribute.h"
+#include "graph/RuleObjectData.h"
 #include "graph/StringAttribute.h"
 
 namespace vellum {
@@ -38,6 +39,17 @@ void bindObject(Environment& environment, const std::string& name, const GraphOb
 }
 
 }  // namespace
+
+std::vector<RuleVariable> declaredVariables(const DirectedGraph& left) {
+    std::vector<RuleVariable> variables;
+    for (const DirectedGraphVertex& vertex : left.vertices())
+        if (!variableOf(vertex).empty())
+            variables.push_back({variableOf(vertex), &vertex, nullptr});
+    for (const DirectedGraphEdge& edge : left.edges())
+        if (!variableOf(edge).empty())
+            variables.push_back({variableOf(edge), nullptr, &edge});
+    return variables;
+}
 
 Value quotedString(const std::string& text) {
     return Value::string("\"" + text + "\"");

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "grammar/ExpressionEnvironment.h"
+#include "graph/DirectedGraph.h"
 #include "graph/GraphMorphism.h"
 
 namespace vellum {
@@ -19,6 +20,9 @@ struct RuleVariable {
     const DirectedGraphVertex* vertex = nullptr;
     const DirectedGraphEdge* edge = nullptr;
 };
+
+// The variables that the vertices (first) and edges of a left-hand side declare, in list order.
+std::vector<RuleVariable> declaredVariables(const DirectedGraph& left);
 
 // The bindings of the variables for an occurrence, in the order of `variables` (a name
 // declared twice is bound by its first declaration). Objects without an image bind nothing.

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
 
 #include "RuleFixtures.h"
+#include "graph/AttributeExpression.h"
+#include "graph/IntegerAttribute.h"
+#include "graph/RuleCheck.h"
 #include "graph/RuleObjectData.h"
 #include "graph/RuleWriter.h"
 
@@ -96,6 +100,55 @@ TEST(RuleWriter, RoundTripKeepsTheRuleButNotItsMarks) {
         EXPECT_FALSE(isForcedReference(vertex));
     for (const DirectedGraphVertex& vertex : again->rightSide().vertices())
         EXPECT_EQ(referenceOf(vertex), nullptr);
+}
+
+// A rule changed in memory into what a file could not hold is refused with the reader's message
+// before anything is written; the same rule read from its file has nothing to refuse.
+TEST(RuleWriter, ReaderRefusalTellsWhatTheReaderWouldSay) {
+    const char* const text =
+        "directed graphrule r { left-hand side { vertex 1 = v { label a } vertex 2 }"
+        " interface { vertex 1 <-> 3 } right-hand side { vertex 3 { integer n = [1] }"
+        " vertex 4 } }";
+    auto first = [](DirectedGraph& side) -> DirectedGraphVertex& {
+        return *side.vertices().begin();
+    };
+    auto last = [](DirectedGraph& side) -> DirectedGraphVertex& {
+        DirectedGraphVertex* found = nullptr;
+        for (DirectedGraphVertex& vertex : side.vertices())
+            found = &vertex;
+        return *found;
+    };
+    const struct {
+        const char* what;
+        std::function<void(DirectedGraphRule&)> edit;
+        const char* message;
+    } rows[] = {
+        {"as read", [](DirectedGraphRule&) {}, ""},
+        {"a reference on the left",
+         [&](DirectedGraphRule& r) {
+             setReference(last(r.editLeftSide()), &first(r.editLeftSide()));
+         },
+         "You can't reference a node in the left hand side of the rule!!!"},
+        {"a variable on the right",
+         [&](DirectedGraphRule& r) { setVariable(last(r.editRightSide()), "w"); },
+         "Variables are only allowed on the left hand side of the rule!!!"},
+        {"an expression on the left",
+         [&](DirectedGraphRule& r) {
+             auto attribute = std::make_unique<IntegerAttribute>("m", 0);
+             setExpression(*attribute, "1");
+             last(r.editLeftSide()).addAttribute(std::move(attribute));
+         },
+         "Expressions are only allowed on the right hand side of the rule!!!"},
+        {"the only variable gone",
+         [&](DirectedGraphRule& r) { setVariable(first(r.editLeftSide()), ""); },
+         "No variables defined!!!"},
+    };
+    for (const auto& row : rows) {
+        auto rule = ruleFromText(text);
+        ASSERT_NE(rule, nullptr);
+        row.edit(*rule);
+        EXPECT_EQ(readerRefusal(*rule), row.message) << row.what;
+    }
 }
 
 TEST(RuleWriter, ReportsAFileItCannotWrite) {

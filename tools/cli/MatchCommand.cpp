@@ -16,22 +16,6 @@
 #include "tools/cli/Commands.h"
 
 namespace vellum::cli {
-namespace {
-
-void printOccurrence(const GraphMorphism& occurrence, const ElementPositions& positions) {
-    std::string line;
-    for (std::size_t position : positions.vertexImages(occurrence)) {
-        if (!line.empty())
-            line += ' ';
-        line += std::to_string(position);
-    }
-    line += line.empty() ? "|" : " |";
-    for (std::size_t position : positions.edgeImages(occurrence))
-        line += " " + std::to_string(position);
-    std::cout << line << "\n";
-}
-
-}  // namespace
 
 int runMatch(const Arguments& arguments) {
     if (arguments.size() != 2)
@@ -49,7 +33,7 @@ int runMatch(const Arguments& arguments) {
     const auto occurrences = rule->prepared().matcher().findAll(host);
     const ElementPositions positions(host);
     for (const GraphMorphism& occurrence : occurrences)
-        printOccurrence(occurrence, positions);
+        std::cout << positions.line(occurrence) << "\n";
     std::cout << occurrences.size() << " occurrences\n";
     std::cout.flush();
     return kExitOk;
