@@ -305,6 +305,8 @@ void TPXCanvas::cameraMoved() {
     m_moving = true;
     m_still.StartOnce(stillAfterMs);
     Refresh(false);
+    if (m_cameraListener)
+        m_cameraListener();
 }
 
 void TPXCanvas::onPaint(wxPaintEvent&) {

@@ -85,6 +85,8 @@ class TPXCanvas : public wxGLCanvas {
     const TPXcamera& camera() const { return m_navigator.camera(); }
     // Moves the current camera until the whole scene is in view; false for an empty scene.
     bool zoomToFit();
+    // Called after each time the user moves the camera (drag, wheel, keys); empty: nobody.
+    void setCameraListener(std::function<void()> moved) { m_cameraListener = std::move(moved); }
     // How often the user has moved the camera (drag, wheel, keys) since the canvas was made.
     unsigned long cameraMoves() const { return m_cameraMoves; }
     // Whether the camera moved within the last stillAfterMs: the canvas then draws the light
@@ -143,6 +145,7 @@ class TPXCanvas : public wxGLCanvas {
     void addNotice(TPXimage& image) const;
     void cameraMoved();
     unsigned long m_cameraMoves = 0;
+    std::function<void()> m_cameraListener;
 
     void onPaint(wxPaintEvent& event);
     void onMouse(wxMouseEvent& event);

@@ -1,35 +1,20 @@
 // The rule editor's document: one history across both sides and the interface, what a save
 // refuses with the reader's words, what reaches the file (the rule, not the editor's look), and
-// every bundled rule loaded and saved unchanged.
+// a load that fails. The rule editor's frame tests load and save every bundled rule.
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <sstream>
+#include <functional>
 
 #include "base/Console.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/RuleReader.h"
-#include "graph/RuleWriter.h"
 #include "graph/StringAttribute.h"
 #include "gui/edit/RuleDocument.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {
 namespace {
-
-// The rule in the writer's layout: the same text for the same rule, whatever the numbers,
-// comments and order of the file it came from.
-std::string canonical(const DirectedGraphRule& rule) {
-    std::ostringstream out;
-    RuleWriter(out).write(rule);
-    return out.str();
-}
-
-std::string canonicalFile(const std::string& fileName) {
-    ConsoleCapture quiet;
-    const std::unique_ptr<DirectedGraphRule> rule = loadRule(fileName);
-    return rule ? canonical(*rule) : "unreadable " + fileName;
-}
 
 // A left-hand side a -e-> b built with the editing commands.
 struct Edge {
@@ -146,22 +131,8 @@ TEST(RuleDocument, TheFileGetsTheRuleButNotTheEditorsLook) {
     EXPECT_EQ(r.rule.fileName(), folder.path("grow.drl"));
 }
 
-TEST(RuleDocument, EveryBundledRuleSavesUnchangedAndAFailedLoadKeepsTheRule) {
+TEST(RuleDocument, AFailedLoadKeepsTheRule) {
     test::TempFolder folder;
-    int rules = 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(VELLUM_EXAMPLES_DIR)) {
-        if (entry.path().extension() != ".drl")
-            continue;
-        ++rules;
-        const std::string original = entry.path().string();
-        RuleDocument document;
-        ASSERT_TRUE(document.load(original)) << original;
-        const std::string copy = folder.path("copy.drl");
-        ASSERT_TRUE(document.save(copy)) << original;
-        EXPECT_EQ(canonicalFile(copy), canonicalFile(original)) << original;
-    }
-    EXPECT_GT(rules, 10);
-
     RuleDocument document;
     ASSERT_TRUE(document.load(std::string(VELLUM_EXAMPLES_DIR) + "/mutex/take.drl"));
     const std::string bad = folder.write("bad.drl", "directed graphrule b { left-hand side {");
