@@ -64,6 +64,12 @@ const koralModule* ModuleCache::loadFile(const std::string& file, const ModuleLo
     return compile(name, file, outer, true);
 }
 
+const koralModule* ModuleCache::compileFile(const std::string& file) {
+    if (!isFile(file))
+        return nullptr;
+    return compile(std::filesystem::path(file).stem().string(), file, nullptr, true);
+}
+
 const koralModule* ModuleCache::compile(const std::string& name, const std::string& file,
                                         const ModuleLoadChain* outer, bool replace) {
     if (outer != nullptr && outer->contains(name)) {

@@ -33,6 +33,11 @@ class ModuleCache {
     // file does not exist or has errors.
     const koralModule* loadFile(const std::string& file, const ModuleLoadChain* outer = nullptr);
 
+    // The module in that file compiled now, even when the cache holds it already (an editor
+    // compiles its text again after changes); it takes the name over as loadFile() does. Null
+    // when the file does not exist or has errors.
+    const koralModule* compileFile(const std::string& file);
+
     // Drops every module: every module and unit handed out becomes invalid.
     void clear();
 
