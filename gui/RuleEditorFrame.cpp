@@ -363,6 +363,7 @@ bool RuleEditorFrame::exportPicture(const std::string& fileName) {
         return false;
     const std::unique_ptr<DirectedGraphRule> rule = m_document.fileRule();
     std::string error;
+    TPXCanvas::releaseCurrentContext();
     const std::optional<TPXimage> picture = rulePicture(*rule, pictureWidth, pictureHeight, error);
     if (!picture || !writePicture(*picture, name, error))
         return report(EditResult::failure("Alert", error));

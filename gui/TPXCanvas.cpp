@@ -12,6 +12,9 @@
 
 #include "tpx/TPXdraw.h"
 
+// Last: the X headers it brings define macros (None, Bool) that other headers use as names.
+#include <GL/glx.h>
+
 namespace vellum {
 
 namespace {
@@ -129,6 +132,11 @@ void TPXCanvas::createContext(const TPXCanvasSetup& setup) {
 
 std::unique_lock<std::mutex> TPXCanvas::lockScene() const {
     return m_lock ? std::unique_lock<std::mutex>(*m_lock) : std::unique_lock<std::mutex>();
+}
+
+void TPXCanvas::releaseCurrentContext() {
+    if (glXGetCurrentContext() != nullptr)
+        glXMakeCurrent(glXGetCurrentDisplay(), None, nullptr);
 }
 
 bool TPXCanvas::makeCurrent() {

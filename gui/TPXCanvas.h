@@ -117,6 +117,10 @@ class TPXCanvas : public wxGLCanvas {
     // The handler that hears mouse events first (not owned); null: none.
     void setMouseHandler(TPXCanvasMouseHandler* handler) { m_mouseHandler = handler; }
 
+    // Leaves no canvas's context current on this thread, so that an offscreen picture (whose
+    // context is of another kind) can be drawn; the next paint or pick makes its own current.
+    static void releaseCurrentContext();
+
     // Paints now rather than at the next paint event (what the paint handler does).
     void paintNow();
 

@@ -23,6 +23,7 @@
 #include "gui/tests/ScriptedPrompts.h"
 #include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
+#include "gui/view/ScenePicture.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {
@@ -208,6 +209,17 @@ TEST_F(RuleEditorTest, BuildsTheTakeRuleFromScratchAndSavesTheBundledRule) {
     EXPECT_EQ(prompts_->filters, std::vector<std::string>{"Rule file (*.drl)"});
     EXPECT_EQ(frame_->GetTitle(), "3D Rule Editor - " + folder.path("take.drl"));
     EXPECT_EQ(canonicalFile(folder.path("take.drl")), canonicalFile(examples + "/mutex/take.drl"));
+
+    // The picture is the rule's, as the command line draws the bundled file: not the editor's
+    // shapes and places.
+    ASSERT_TRUE(frame_->exportPicture(folder.path("take.png"))) << prompts_->messages.back();
+    std::string error;
+    const std::unique_ptr<DirectedGraphRule> bundled = loadRule(examples + "/mutex/take.drl");
+    const auto expected =
+        rulePicture(*bundled, RuleEditorFrame::pictureWidth, RuleEditorFrame::pictureHeight, error);
+    ASSERT_TRUE(expected && writePicture(*expected, folder.path("bundled.png"), error)) << error;
+    EXPECT_EQ(test::TempFolder::read(folder.path("take.png")),
+              test::TempFolder::read(folder.path("bundled.png")));
 
     // Tried on a graph: the occurrences as the command line lists them, then the rule applied
     // to a copy in a new graph editor, with the result in words.
