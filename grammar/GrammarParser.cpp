@@ -325,6 +325,18 @@ bool GrammarParser::parseString(const char* text) {
     return result == kMatched;
 }
 
+void GrammarParser::noteReadElsewhere(const std::string& fileName) {
+    fileName_ = fileName;
+    syntaxError_.clear();
+    errorPosition_ = -1;
+    limitReached_ = false;
+    spanCount_ = 0;
+    expected_.clear();
+    expectedAt_ = -1;
+    cache_.close();
+    scanner_->reset(nullptr);
+}
+
 bool GrammarParser::parseFile(const std::string& fileName) {
     std::string excerpt;
     long position = 0;

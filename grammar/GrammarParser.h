@@ -81,6 +81,10 @@ class GrammarParser {
     TokenScanner& scanner() { return *scanner_; }
     Cache& source() { return cache_; }
 
+    // Leaves the parser as a successful parseFile(fileName) leaves it, for a client that read
+    // the file by other means: no syntax error, no tokens, the source closed.
+    void noteReadElsewhere(const std::string& fileName);
+
     // The file being parsed by parseFile() (empty for a string), for the actions' diagnostics.
     const std::string& fileName() const { return fileName_; }
     // Records a diagnostic at the start of token k (as for tokenAt()) of the file being parsed,

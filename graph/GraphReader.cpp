@@ -1,6 +1,8 @@
 #include "graph/GraphReader.h"
 
+#include "grammar/Diagnostics.h"
 #include "grammar/ParseReport.h"
+#include "graph/GraphFastPath.h"
 #include "graph/GraphFormat.h"
 
 namespace vellum {
@@ -13,6 +15,12 @@ GraphReader::GraphReader() {
 }
 
 bool GraphReader::read(const std::string& fileName, DirectedGraph& graph) {
+    // A diagnostics collector wants the positions only the engine records.
+    if (fastPath_ && Diagnostics::current() == nullptr &&
+        GraphFastPath::read(fileName, graph) == GraphFastPath::Outcome::Read) {
+        noteReadElsewhere(fileName);
+        return true;
+    }
     graph_ = &graph;
     current_ = nullptr;
     vertexByNumber_.clear();

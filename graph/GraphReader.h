@@ -2,6 +2,8 @@
 // the semantic actions build a DirectedGraph. Vertex numbers of the file are held in the
 // integer attribute "__ID__" while reading; edge endpoints are resolved by them in constant
 // time, with the result of the search in vertex-list order (the first vertex with the number).
+// Well-formed files are read by a fast path that builds the same graph without the engine
+// (graph/GraphFastPath.h); anything else goes through the engine.
 #pragma once
 
 #include <memory>
@@ -22,6 +24,10 @@ class GraphReader : public GraphTextReader {
     // position ..." and "Dump '...' !!!"); the graph holds what was built up to the error.
     bool read(const std::string& fileName, DirectedGraph& graph);
 
+    // Whether read() tries the fast path first (the default). Off, every file goes through the
+    // engine: the result is the same, only slower.
+    void setFastPath(bool enabled) { fastPath_ = enabled; }
+
     int onAction(int number) override;
 
   private:
@@ -29,6 +35,7 @@ class GraphReader : public GraphTextReader {
     bool addVertex() override;
     bool addEdge() override;
 
+    bool fastPath_ = true;
     DirectedGraph* graph_ = nullptr;
     // The first vertex read with each number: what a search by "__ID__" in list order finds.
     VertexNumbers vertexByNumber_;

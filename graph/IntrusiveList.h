@@ -180,6 +180,7 @@ class ListView {
     bool empty() const { return list_->empty(); }
     std::size_t size() const { return list_->size(); }
     T* front() const { return list_->front(); }
+    T* back() const { return list_->back(); }
 
   private:
     const List* list_;

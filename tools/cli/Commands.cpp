@@ -18,7 +18,11 @@ const std::vector<Command>& commands() {
          "what it read; on standard error it shows each error and warning as FILE:LINE:COLUMN. "
          "--strict makes warnings fail the check.",
          runCheck},
-        {"convert", "IN OUT", "Reads a graph or rule file and writes it in the standard layout.",
+        {"convert", "[--rename] IN OUT",
+         "Reads a graph or rule file and writes it in the standard layout, or a graph in another "
+         "format: .dg, .graphml (GraphML), .gxl (GXL) and .dot (Graphviz), chosen by the "
+         "extensions. --rename changes labels and names that a graph file cannot spell and lists "
+         "each change, instead of refusing the file.",
          runConvert},
         {"match", "RULE GRAPH",
          "Lists every occurrence of the rule's left-hand side in the graph, by the positions of "
