@@ -39,21 +39,24 @@ class DefaultFormat {
 
 // Integers without the stream's formatting machinery: the vertex and edge lines of large
 // graphs are mostly numbers.
-void writeNumber(std::ostream& out, long value) {
+void appendInteger(std::string& out, long value) {
     char digits[24];
     const auto result = std::to_chars(digits, digits + sizeof digits, value);
-    out.write(digits, result.ptr - digits);
+    out.append(digits, static_cast<std::size_t>(result.ptr - digits));
 }
 
-void writeVector(std::ostream& out, const std::vector<double>& elements) {
-    out << "(";
+void appendVector(std::string& out, const std::vector<double>& elements) {
+    out += '(';
     for (std::size_t i = 0; i < elements.size(); ++i) {
         if (i > 0)
-            out << ' ';
-        out << realText(elements[i]);
+            out += ' ';
+        out += realText(elements[i]);
     }
-    out << ")";
+    out += ')';
 }
+
+// How much text gathers before it goes to the stream.
+constexpr std::size_t kPendingText = 1 << 16;
 
 }  // namespace
 
@@ -64,28 +67,43 @@ bool GraphWriter::hasFileForm(AttributeType type) {
 }
 
 bool GraphWriter::writeAttribute(std::ostream& out, const Attribute& attribute) {
+    std::string text;
+    if (!appendAttribute(text, attribute))
+        return false;
+    out << text;
+    return true;
+}
+
+bool GraphWriter::appendAttribute(std::string& out, const Attribute& attribute) {
+    const auto line = [&out, &attribute](const char* keyword) {
+        out += keyword;
+        out += attribute.name();
+        out += " = ";
+    };
     switch (attribute.type()) {
         case AttributeType::Boolean:
-            out << "boolean " << attribute.name() << " = "
-                << (static_cast<const BooleanAttribute&>(attribute).value() ? "true" : "false");
+            line("boolean ");
+            out += static_cast<const BooleanAttribute&>(attribute).value() ? "true" : "false";
             return true;
         case AttributeType::Integer:
-            out << "integer " << attribute.name() << " = "
-                << static_cast<const IntegerAttribute&>(attribute).value();
+            line("integer ");
+            appendInteger(out, static_cast<const IntegerAttribute&>(attribute).value());
             return true;
         case AttributeType::Real:
-            out << "real " << attribute.name() << " = "
-                << realText(static_cast<const RealAttribute&>(attribute).value());
+            line("real ");
+            out += realText(static_cast<const RealAttribute&>(attribute).value());
             return true;
         case AttributeType::String:
             // No escaping: the text is kept as the file had it between its quotes (backslash
             // escapes included), which FileSpelling has made sure reads back.
-            out << "string " << attribute.name() << " = \""
-                << static_cast<const StringAttribute&>(attribute).value() << '"';
+            line("string ");
+            out += '"';
+            out += static_cast<const StringAttribute&>(attribute).value();
+            out += '"';
             return true;
         case AttributeType::Vector:
-            out << "vector " << attribute.name() << " = ";
-            writeVector(out, static_cast<const VectorAttribute&>(attribute).value());
+            line("vector ");
+            appendVector(out, static_cast<const VectorAttribute&>(attribute).value());
             return true;
     }
     return false;
@@ -97,82 +115,136 @@ std::string elementName(const std::string& kindAndNumbers, const GraphObject& ob
     return kindAndNumbers + " (label '" + FileSpelling::shown(object.label()) + "')";
 }
 
+std::string GraphWriter::Element::text() const {
+    if (target < 0)
+        return "vertex " + std::to_string(source);
+    return "edge " + std::to_string(source) + " -> " + std::to_string(target);
+}
+
 bool GraphWriter::write(const DirectedGraph& graph) {
     const DefaultFormat format(out_);
     numbers_ = ObjectNumbering(graph.vertexCount());
     refusal_.clear();
-    out_ << "directed graph\n{\n";
+    acceptedLabel_ = nullptr;
+    pending_.clear();
+    pending_.reserve(kPendingText + 4096);
+    pending_ += "directed graph\n{\n";
+    // The numbers sit at scattered places of a large table, and an edge's endpoints anywhere
+    // in memory: what the element kAhead places further needs is fetched while this one is
+    // written.
+    constexpr int kAhead = 16;
+    auto vertexAhead = graph.vertices().begin();
+    for (int i = 0; i < kAhead && vertexAhead != graph.vertices().end(); ++i)
+        ++vertexAhead;
     for (const DirectedGraphVertex& vertex : graph.vertices()) {
+        if (vertexAhead != graph.vertices().end()) {
+            numbers_.prefetch(&*vertexAhead);
+            ++vertexAhead;
+        }
         if (!writeVertex(vertex))
             return false;
     }
+    auto edgeAhead = graph.edges().begin();
+    for (int i = 0; i < kAhead && edgeAhead != graph.edges().end(); ++i)
+        ++edgeAhead;
     for (const DirectedGraphEdge& edge : graph.edges()) {
+        if (edgeAhead != graph.edges().end()) {
+            numbers_.prefetch(edgeAhead->source());
+            numbers_.prefetch(edgeAhead->target());
+            __builtin_prefetch(edgeAhead->source());
+            __builtin_prefetch(edgeAhead->target());
+            ++edgeAhead;
+        }
         if (!writeEdge(graph, edge))
             return false;
     }
-    out_ << "}\n";
+    pending_ += "}\n";
+    flush();
     return true;
 }
 
+void GraphWriter::flush() {
+    out_.write(pending_.data(), static_cast<std::streamsize>(pending_.size()));
+    pending_.clear();
+}
+
+void GraphWriter::appendNumber(long value) {
+    appendInteger(pending_, value);
+}
+
 bool GraphWriter::refuse(const std::string& element, const std::string& problem) {
+    // The text goes out as far as it came, as a stream written piece by piece would have it.
+    flush();
     refusal_ = element + ": " + problem;
     return false;
 }
 
 bool GraphWriter::writeVertex(const DirectedGraphVertex& vertex) {
     const long number = numbers_.number(&vertex);
-    out_ << "\n\tvertex ";
-    writeNumber(out_, number);
-    out_ << " {\n";
-    if (!writeContents(vertex, "vertex " + std::to_string(number)))
+    pending_ += "\n\tvertex ";
+    appendNumber(number);
+    pending_ += " {\n";
+    if (!writeContents(vertex, Element{number}))
         return false;
-    out_ << "\t}\n";
+    pending_ += "\t}\n";
+    if (pending_.size() >= kPendingText)
+        flush();
     return true;
 }
 
 bool GraphWriter::writeEdge(const DirectedGraph& graph, const DirectedGraphEdge& edge) {
     const long source = numbers_.number(edge.source());
     const long target = numbers_.number(edge.target());
-    const std::string element = "edge " + std::to_string(source) + " -> " + std::to_string(target);
     // An endpoint taken out of the vertex list while the edge still pointed at it has no vertex
     // line, so the edge line would name a vertex that the file lacks.
     if (!graph.contains(*edge.source()) || !graph.contains(*edge.target()))
-        return refuse(element, "an edge must join two vertices of the graph in a graph file");
-    out_ << "\n\tedge ";
-    writeNumber(out_, source);
-    out_ << " -> ";
-    writeNumber(out_, target);
-    out_ << "\n";
+        return refuse(Element{source, target}.text(),
+                      "an edge must join two vertices of the graph in a graph file");
+    pending_ += "\n\tedge ";
+    appendNumber(source);
+    pending_ += " -> ";
+    appendNumber(target);
+    pending_ += '\n';
     // Internal attributes count here although they are not written.
     if (edge.label().empty() && edge.attributeCount() == 0)
         return true;
-    out_ << "\t{\n";
-    if (!writeContents(edge, element))
+    pending_ += "\t{\n";
+    if (!writeContents(edge, Element{source, target}))
         return false;
-    out_ << "\t}\n";
+    pending_ += "\t}\n";
+    if (pending_.size() >= kPendingText)
+        flush();
     return true;
 }
 
-bool GraphWriter::writeContents(const GraphObject& object, const std::string& element) {
-    if (!object.label().empty()) {
-        const std::string problem = spelling_.label(object.label());
-        if (!problem.empty())
-            return refuse(element + ", label '" + FileSpelling::shown(object.label()) + "'",
-                          problem);
-        out_ << "\t\tlabel " << object.label() << "\n";
+bool GraphWriter::writeContents(const GraphObject& object, const Element& element) {
+    const std::string& label = object.label();
+    if (!label.empty()) {
+        if (&label != acceptedLabel_) {
+            const std::string problem = spelling_.label(label);
+            if (!problem.empty())
+                return refuse(element.text() + ", label '" + FileSpelling::shown(label) + "'",
+                              problem);
+            acceptedLabel_ = &label;
+        }
+        pending_ += "\t\tlabel ";
+        pending_ += label;
+        pending_ += '\n';
     }
+    if (object.attributeCount() == 0)
+        return true;
     for (const Attribute& attribute : object.attributes()) {
         if (isInternalName(attribute.name()) || !hasFileForm(attribute.type()))
             continue;
         const std::string problem = spelling_.attribute(attribute);
         if (!problem.empty()) {
-            return refuse(elementName(element, object) + ", attribute '" +
+            return refuse(elementName(element.text(), object) + ", attribute '" +
                               FileSpelling::shown(attribute.name()) + "'",
                           problem);
         }
-        out_ << "\t\t";
-        writeAttribute(out_, attribute);
-        out_ << "\n";
+        pending_ += "\t\t";
+        appendAttribute(pending_, attribute);
+        pending_ += '\n';
     }
     return true;
 }

@@ -29,20 +29,38 @@ class GraphWriter {
     // realText() writes them; false, with nothing written, for any other type code. The value
     // is written as it is: the caller has asked FileSpelling. Shared with the rule writer.
     static bool writeAttribute(std::ostream& out, const Attribute& attribute);
+    // The same appended to a text.
+    static bool appendAttribute(std::string& out, const Attribute& attribute);
     // True for the five type codes that files know.
     static bool hasFileForm(AttributeType type);
 
   private:
+    // How a refusal names a vertex ("vertex 3") or an edge ("edge 1 -> 2"); the text is made
+    // only when something is refused.
+    struct Element {
+        long source = 0;
+        long target = -1;  // -1 for a vertex
+        std::string text() const;
+    };
+
     bool writeVertex(const DirectedGraphVertex& vertex);
     bool writeEdge(const DirectedGraph& graph, const DirectedGraphEdge& edge);
     // The label line and the lines of the visible attributes, each indented by two tabs; false
     // after refusing one of them.
-    bool writeContents(const GraphObject& object, const std::string& element);
+    bool writeContents(const GraphObject& object, const Element& element);
     bool refuse(const std::string& element, const std::string& problem);
+    void appendNumber(long value);
+    // Hands the text gathered so far to the stream.
+    void flush();
 
     std::ostream& out_;
+    // The text not yet handed to the stream: a large graph is written in large pieces.
+    std::string pending_;
     ObjectNumbering numbers_;
     FileSpelling spelling_{FileSpelling::Format::Graph};
+    // The label whose spelling was found fine last: labels are shared strings, and most
+    // elements repeat a few of them.
+    const std::string* acceptedLabel_ = nullptr;
     std::string refusal_;
 };
 

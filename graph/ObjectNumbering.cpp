@@ -14,11 +14,15 @@ std::size_t tableSizeFor(std::size_t expected) {
 
 ObjectNumbering::ObjectNumbering(std::size_t expected) : slots_(tableSizeFor(expected)) {}
 
-std::size_t ObjectNumbering::slotOf(const GraphObject* object) const {
+std::size_t ObjectNumbering::home(const GraphObject* object) const {
     // Fibonacci hashing of the address; heap addresses differ mostly in their middle bits.
     const auto key = reinterpret_cast<std::uintptr_t>(object);
+    return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 20) & (slots_.size() - 1);
+}
+
+std::size_t ObjectNumbering::slotOf(const GraphObject* object) const {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t at = static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 20) & mask;
+    std::size_t at = home(object);
     while (slots_[at].object != nullptr && slots_[at].object != object)
         at = (at + 1) & mask;
     return at;
