@@ -209,11 +209,20 @@ bool DirectedGraph::removeVertexOnly(DirectedGraphVertex* vertex) {
 
 void DirectedGraph::clear() {
     // Everything goes at once: no list is unlinked element by element, and the label index
-    // starts afresh. Lingering loops are found before any live edge is destroyed.
+    // starts afresh. Lingering loops are found before any live edge is destroyed. Every live
+    // edge stands in one incoming list, so when those lists hold no more entries than there
+    // are edges there are no lingering loops, and their walk (all over memory) is spared.
+    std::size_t incoming = 0;
+    for (auto* list : {&vertices_, &detached_}) {
+        for (const DirectedGraphVertex& vertex : ConstVertexList(*list))
+            incoming += vertex.inDegree();
+    }
+    const bool lingering = incoming != edges_.size();
     for (auto* list : {&vertices_, &detached_}) {
         for (DirectedGraphVertex* vertex = list->front(); vertex != nullptr;) {
             DirectedGraphVertex* next = list->after(*vertex);
-            for (DirectedGraphEdge* edge = vertex->incoming_.front(); edge != nullptr;) {
+            for (DirectedGraphEdge* edge = lingering ? vertex->incoming_.front() : nullptr;
+                 edge != nullptr;) {
                 DirectedGraphEdge* following = vertex->incoming_.after(*edge);
                 if (!edge->inGraph())
                     destroy(*edge);
