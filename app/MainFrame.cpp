@@ -24,9 +24,8 @@ void MainFrame::buildMenus() {
     file->Append(kNewKoralInterpreter, "&New Koral interpreter...");
     file->AppendSeparator();
     file->Append(kExit, "E&xit...");
-    // The rule editor and module editor frames are not part of this program yet.
-    for (int id : {kNewGraphRule, kNewKoralModule})
-        file->Enable(id, false);
+    // The module editor frame is not part of this program yet.
+    file->Enable(kNewKoralModule, false);
 
     auto* vellum = new wxMenu;
     vellum->Append(kAbout, "&About...");
@@ -39,6 +38,7 @@ void MainFrame::buildMenus() {
     Bind(wxEVT_MENU, &MainFrame::onAbout, this, kAbout);
     Bind(wxEVT_MENU, &MainFrame::onNewGraph, this, kNewGraph);
     Bind(wxEVT_MENU, &MainFrame::onNewInterpreter, this, kNewKoralInterpreter);
+    Bind(wxEVT_MENU, &MainFrame::onNewRule, this, kNewGraphRule);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
 }
 
@@ -46,6 +46,13 @@ GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
     auto* editor = new GraphEditorFrame(this);
     if (!fileName.empty())
         editor->loadGraph(fileName);
+    return editor;
+}
+
+RuleEditorFrame* MainFrame::openRuleEditor(const std::string& fileName) {
+    auto* editor = new RuleEditorFrame(this);
+    if (!fileName.empty())
+        editor->loadRule(fileName);
     return editor;
 }
 
@@ -61,6 +68,10 @@ void MainFrame::onNewInterpreter(wxCommandEvent&) {
     openInterpreter();
 }
 
+void MainFrame::onNewRule(wxCommandEvent&) {
+    openRuleEditor();
+}
+
 void MainFrame::onExit(wxCommandEvent&) {
     Close();
 }
@@ -69,12 +80,14 @@ void MainFrame::onExit(wxCommandEvent&) {
 // keeps the program open.
 void MainFrame::onClose(wxCloseEvent& event) {
     if (event.CanVeto())
-        for (wxWindow* child : GetChildren())
-            if (auto* editor = dynamic_cast<GraphEditorFrame*>(child);
-                editor && !editor->confirmDiscard()) {
+        for (wxWindow* child : GetChildren()) {
+            auto* graphs = dynamic_cast<GraphEditorFrame*>(child);
+            auto* rules = dynamic_cast<RuleEditorFrame*>(child);
+            if ((graphs && !graphs->confirmDiscard()) || (rules && !rules->confirmDiscard())) {
                 event.Veto();
                 return;
             }
+        }
     event.Skip();
 }
 

@@ -10,6 +10,10 @@ bool isGraphFile(const std::string& name) {
     return name.size() > 3 && name.compare(name.size() - 3, 3, ".dg") == 0;
 }
 
+bool isRuleFile(const std::string& name) {
+    return name.size() > 4 && name.compare(name.size() - 4, 4, ".drl") == 0;
+}
+
 // A run that ends the program by itself has nobody to answer a box: its alerts go to the console,
 // and a question gets the answer that changes nothing.
 class ConsoleAlerts : public EditorPrompts {
@@ -58,6 +62,8 @@ MainFrame* startUp(const std::vector<std::string>& files) {
     for (const std::string& file : files) {
         if (isGraphFile(file))
             frame->openGraphEditor(file);
+        else if (isRuleFile(file))
+            frame->openRuleEditor(file);
         else
             console() << "Not opened: '" << file << "' is no graph file (.dg).\n";
     }

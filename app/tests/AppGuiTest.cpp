@@ -312,7 +312,7 @@ TEST_F(AppGuiTest, FramesHaveTheirTitlesPlacementAndIcon) {
 TEST_F(AppGuiTest, MenusHaveTheirLabelsIdsAndStates) {
     expectMenus(main_->GetMenuBar(), {{"&File",
                                        {{"&New graph...", 7, true},
-                                        {"&New graphrule...", 8, false},
+                                        {"&New graphrule...", 8, true},
                                         {"&New Koral module...", 9, false},
                                         {"&New Koral interpreter...", 10, true},
                                         {nullptr, 0, false},
@@ -368,6 +368,22 @@ TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
     EXPECT_EQ(editor->document().graph().vertexCount(), 1u);
     EXPECT_NE(capture_.text().find("Not opened: 'notes.txt' is no graph file (.dg)."),
               std::string::npos);
+}
+
+TEST_F(AppGuiTest, NewGraphruleAndRuleFilesOnTheCommandLineOpenRuleEditors) {
+    EXPECT_TRUE(command(main_, MainFrame::kNewGraphRule));
+    auto* editor = dynamic_cast<RuleEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->GetTitle(), "3D Rule Editor - untitled");
+    main_->Destroy();
+    wxTheApp->ProcessIdle();
+
+    const std::string rule = std::string(VELLUM_EXAMPLES_DIR) + "/mutex/take.drl";
+    main_ = startUp({rule});
+    editor = dynamic_cast<RuleEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->GetTitle(), "3D Rule Editor - " + rule);
+    EXPECT_EQ(editor->document().name(), "take");
 }
 
 // Answers every message box with `answer` and counts them.
