@@ -41,6 +41,11 @@ const std::vector<Command>& commands() {
          "Draws the rule's left-hand side and right-hand side side by side into a picture "
          "(default 502x200); interface partners share a colour and a number.",
          runPicture},
+        {"html", "MODULE -o FILE",
+         "Writes the Koral module as an HTML page with its text highlighted and each rule it "
+         "names drawn as a picture (NAME.png, a dotted name in folders) beside the page; lists "
+         "the files written; needs no display.",
+         runHtml},
         {"scene", "GRAPH [-o OUT]",
          "Builds the 3D scene of the graph and prints it: one line per vertex and edge with its "
          "shape, place and colour, and its label; -o also writes the graph with the attributes "

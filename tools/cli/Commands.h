@@ -112,6 +112,8 @@ int runLayout(const Arguments& arguments);
 // `picture RULE -o FILE [--size WxH]`: offscreen pictures of a graph and of a rule.
 int runRender(const Arguments& arguments);
 int runPicture(const Arguments& arguments);
+// `html MODULE -o FILE`: the module as a highlighted HTML page with pictures of its rules.
+int runHtml(const Arguments& arguments);
 // `scene GRAPH [-o OUT]`: prints the 3D scene built from the graph; -o writes the graph with
 // the attributes the build added.
 int runScene(const Arguments& arguments);
