@@ -268,6 +268,28 @@ TEST_F(RuleEditorTest, OneUndoHistoryCoversBothSidesAndTheInterface) {
     EXPECT_FALSE(frame_->GetToolBar()->GetToolEnabled(RuleEditorFrame::toolId(ToolbarTool::Redo)));
 }
 
+TEST_F(RuleEditorTest, CoupledCamerasMoveTogetherUntilUncoupled) {
+    ASSERT_TRUE(frame_->coupled());
+    auto wheel = [this](RuleSide side) {
+        wxMouseEvent event(wxEVT_MOUSEWHEEL);
+        event.SetPosition({40, 40});
+        event.m_wheelRotation = 120;
+        event.m_wheelDelta = 120;
+        canvas(side).GetEventHandler()->ProcessEvent(event);
+    };
+    const TPXp3 start = canvas(RuleSide::Right).camera().eye();
+    wheel(RuleSide::Left);
+    EXPECT_GT((canvas(RuleSide::Right).camera().eye() - start).length(), 0.01);
+    EXPECT_LT(
+        (canvas(RuleSide::Right).camera().eye() - canvas(RuleSide::Left).camera().eye()).length(),
+        1e-9);
+    command(RuleEditorFrame::kCoupleCameras);
+    EXPECT_FALSE(frame_->coupled());
+    const TPXp3 right = canvas(RuleSide::Right).camera().eye();
+    wheel(RuleSide::Left);
+    EXPECT_LT((canvas(RuleSide::Right).camera().eye() - right).length(), 1e-9);
+}
+
 TEST_F(RuleEditorTest, SaveShowsTheReadersRefusalAndWritesNothing) {
     buildTake();
     test::TempFolder folder;
