@@ -1,6 +1,6 @@
-// The desktop program's command line: graph files to open in editors, or one unit to run in an
-// interpreter frame as soon as the program is up:
-//   vellum [FILE.dg ...]
+// The desktop program's command line: graph, rule and module files to open in editors, or one unit
+// to run in an interpreter frame as soon as the program is up:
+//   vellum [FILE.dg | FILE.drl | FILE.mod ...]
 //   vellum --run MODULE UNIT GRAPH [--snooze MS] [--layout NAME] [--quit-when-done]
 #pragma once
 

@@ -24,8 +24,6 @@ void MainFrame::buildMenus() {
     file->Append(kNewKoralInterpreter, "&New Koral interpreter...");
     file->AppendSeparator();
     file->Append(kExit, "E&xit...");
-    // The module editor frame is not part of this program yet.
-    file->Enable(kNewKoralModule, false);
 
     auto* vellum = new wxMenu;
     vellum->Append(kAbout, "&About...");
@@ -39,6 +37,7 @@ void MainFrame::buildMenus() {
     Bind(wxEVT_MENU, &MainFrame::onNewGraph, this, kNewGraph);
     Bind(wxEVT_MENU, &MainFrame::onNewInterpreter, this, kNewKoralInterpreter);
     Bind(wxEVT_MENU, &MainFrame::onNewRule, this, kNewGraphRule);
+    Bind(wxEVT_MENU, &MainFrame::onNewModule, this, kNewKoralModule);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
 }
 
@@ -53,6 +52,13 @@ RuleEditorFrame* MainFrame::openRuleEditor(const std::string& fileName) {
     auto* editor = new RuleEditorFrame(this);
     if (!fileName.empty())
         editor->loadRule(fileName);
+    return editor;
+}
+
+ModuleEditorFrame* MainFrame::openModuleEditor(const std::string& fileName) {
+    auto* editor = new ModuleEditorFrame(this);
+    if (!fileName.empty())
+        editor->loadModule(fileName);
     return editor;
 }
 
@@ -72,22 +78,37 @@ void MainFrame::onNewRule(wxCommandEvent&) {
     openRuleEditor();
 }
 
+void MainFrame::onNewModule(wxCommandEvent&) {
+    openModuleEditor();
+}
+
 void MainFrame::onExit(wxCommandEvent&) {
     Close();
 }
+
+namespace {
+
+bool mayClose(wxWindow* child) {
+    if (auto* editor = dynamic_cast<GraphEditorFrame*>(child))
+        return editor->confirmDiscard();
+    if (auto* editor = dynamic_cast<ModuleEditorFrame*>(child))
+        return editor->confirmDiscard();
+    if (auto* editor = dynamic_cast<RuleEditorFrame*>(child))
+        return editor->confirmDiscard();
+    return true;
+}
+
+}  // namespace
 
 // The editors close with this frame, so each with unsaved changes asks first; one answered "no"
 // keeps the program open.
 void MainFrame::onClose(wxCloseEvent& event) {
     if (event.CanVeto())
-        for (wxWindow* child : GetChildren()) {
-            auto* graphs = dynamic_cast<GraphEditorFrame*>(child);
-            auto* rules = dynamic_cast<RuleEditorFrame*>(child);
-            if ((graphs && !graphs->confirmDiscard()) || (rules && !rules->confirmDiscard())) {
+        for (wxWindow* child : GetChildren())
+            if (!mayClose(child)) {
                 event.Veto();
                 return;
             }
-        }
     event.Skip();
 }
 

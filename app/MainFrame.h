@@ -6,6 +6,7 @@
 #include "app/LogoCanvas.h"
 #include "gui/GraphEditorFrame.h"
 #include "gui/InterpreterFrame.h"
+#include "gui/ModuleEditorFrame.h"
 #include "gui/RuleEditorFrame.h"
 
 #include <wx/frame.h>
@@ -36,6 +37,9 @@ class MainFrame : public wxFrame {
     // Opens a rule editor on a new untitled rule, or on the rule file `fileName` when one is given
     // (a file that would not load is said on the console and the editor stays untitled).
     RuleEditorFrame* openRuleEditor(const std::string& fileName = {});
+    // Opens a module editor on a new untitled module, or on `fileName` when one is given (a file
+    // that would not load is said on the console and the editor stays untitled).
+    ModuleEditorFrame* openModuleEditor(const std::string& fileName = {});
     // Opens an interpreter frame with an empty graph, closed with this one (a run going in it
     // is stopped first).
     // Null prompts: the toolkit's boxes.
@@ -50,6 +54,7 @@ class MainFrame : public wxFrame {
     void onNewGraph(wxCommandEvent& event);
     void onNewInterpreter(wxCommandEvent& event);
     void onNewRule(wxCommandEvent& event);
+    void onNewModule(wxCommandEvent& event);
 
     LogoCanvas* canvas_;     // child window, owned by the frame
     ConsoleFrame* console_;  // child frame, destroyed with this one

@@ -6,12 +6,9 @@ namespace vellum {
 
 namespace {
 
-bool isGraphFile(const std::string& name) {
-    return name.size() > 3 && name.compare(name.size() - 3, 3, ".dg") == 0;
-}
-
-bool isRuleFile(const std::string& name) {
-    return name.size() > 4 && name.compare(name.size() - 4, 4, ".drl") == 0;
+bool endsWith(const std::string& name, const std::string& extension) {
+    return name.size() > extension.size() &&
+           name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
 }
 
 // A run that ends the program by itself has nobody to answer a box: its alerts go to the console,
@@ -60,12 +57,15 @@ MainFrame* startUp(const std::vector<std::string>& files) {
     console() << kCopyrightLine << "\n";
     console() << "READY.\n";
     for (const std::string& file : files) {
-        if (isGraphFile(file))
+        if (endsWith(file, ".dg"))
             frame->openGraphEditor(file);
-        else if (isRuleFile(file))
+        else if (endsWith(file, ".drl"))
             frame->openRuleEditor(file);
+        else if (endsWith(file, ".mod"))
+            frame->openModuleEditor(file);
         else
-            console() << "Not opened: '" << file << "' is no graph file (.dg).\n";
+            console() << "Not opened: '" << file
+                      << "' is no graph (.dg), rule (.drl) or module (.mod) file.\n";
     }
     return frame;
 }

@@ -313,7 +313,7 @@ TEST_F(AppGuiTest, MenusHaveTheirLabelsIdsAndStates) {
     expectMenus(main_->GetMenuBar(), {{"&File",
                                        {{"&New graph...", 7, true},
                                         {"&New graphrule...", 8, true},
-                                        {"&New Koral module...", 9, false},
+                                        {"&New Koral module...", 9, true},
                                         {"&New Koral interpreter...", 10, true},
                                         {nullptr, 0, false},
                                         {"E&xit...", 1, true}}},
@@ -366,8 +366,27 @@ TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
     ASSERT_NE(editor, nullptr);
     EXPECT_EQ(editor->GetTitle(), "3D Graph Editor - " + graph);
     EXPECT_EQ(editor->document().graph().vertexCount(), 1u);
-    EXPECT_NE(capture_.text().find("Not opened: 'notes.txt' is no graph file (.dg)."),
+    EXPECT_NE(capture_.text().find(
+                  "Not opened: 'notes.txt' is no graph (.dg), rule (.drl) or module (.mod) file."),
               std::string::npos);
+}
+
+TEST_F(AppGuiTest, NewKoralModuleAndModuleFilesOnTheCommandLineOpenModuleEditors) {
+    EXPECT_TRUE(command(main_, MainFrame::kNewKoralModule));
+    auto* editor = dynamic_cast<ModuleEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->GetTitle(), "Koral Editor - untitled");
+    main_->Destroy();
+    wxTheApp->ProcessIdle();
+
+    test::TempFolder folder;
+    const std::string module = folder.write("m.mod", "module m graph class : DirectedGraph\n");
+    main_ = startUp({module});
+    editor = dynamic_cast<ModuleEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->GetTitle(), "Koral Editor - " + module);
+    EXPECT_EQ(editor->text().GetText(), "module m graph class : DirectedGraph\n");
+    EXPECT_FALSE(editor->modified());
 }
 
 TEST_F(AppGuiTest, NewGraphruleAndRuleFilesOnTheCommandLineOpenRuleEditors) {
