@@ -11,8 +11,11 @@ GraphPane::GraphPane(wxWindow* parent, GraphDocument& document, EditingTool::Hoo
 }
 
 GraphPane::~GraphPane() {
+    // Whatever the editor gave the canvas may refer to the editor, which goes before the canvas.
     m_canvas->setMouseHandler(nullptr);
     m_canvas->setScene(nullptr);
+    m_canvas->setBoundsProvider({});
+    m_canvas->setCameraListener({});
 }
 
 void GraphPane::sceneReplaced() {

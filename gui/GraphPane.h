@@ -18,7 +18,8 @@ class GraphPane : public TPXCanvasMouseHandler {
     // every button press in the canvas before the tool does.
     GraphPane(wxWindow* parent, GraphDocument& document, EditingTool::Hooks hooks,
               std::function<void()> pressed = {});
-    // Leaves the canvas without a scene and a mouse handler: it is destroyed after the pane.
+    // Leaves the canvas without a scene, a mouse handler, a bounds provider and a camera
+    // listener: it is destroyed after the pane.
     ~GraphPane() override;
     GraphPane(const GraphPane&) = delete;
     GraphPane& operator=(const GraphPane&) = delete;
