@@ -63,9 +63,13 @@ MainFrame* startUp(const std::vector<std::string>& files) {
             frame->openRuleEditor(file);
         else if (endsWith(file, ".mod"))
             frame->openModuleEditor(file);
+        else if (endsWith(file, ".graphml") || endsWith(file, ".gxl") || endsWith(file, ".dot") ||
+                 endsWith(file, ".gv"))
+            frame->openGraphEditor()->importGraph(file);
         else
             console() << "Not opened: '" << file
-                      << "' is no graph (.dg), rule (.drl) or module (.mod) file.\n";
+                      << "' is no graph (.dg, .graphml, .gxl, .dot), rule (.drl) or module (.mod) "
+                         "file.\n";
     }
     return frame;
 }

@@ -44,6 +44,8 @@ void GraphEditorFrame::buildMenus() {
     file->Append(kNewGraph, "&New graph...");
     file->Append(kLoadGraph, "&Load graph...");
     file->Append(kSaveGraph, "&Save graph...");
+    file->Append(kImportGraph, "&Import...");
+    file->Append(kExportGraph, "&Export...");
     file->Append(kLayoutGraph, "L&ayout graph...");
     file->Append(kScreenshot, "Screens&hot...");
     file->Append(kExit, "E&xit");
@@ -106,6 +108,12 @@ void GraphEditorFrame::onCommand(wxCommandEvent& event) {
             return;
         case kSaveGraph:
             saveGraph();
+            return;
+        case kImportGraph:
+            importGraph();
+            return;
+        case kExportGraph:
+            exportGraph();
             return;
         case kLayoutGraph:
             return layoutGraph();
@@ -200,6 +208,44 @@ bool GraphEditorFrame::loadGraph(const std::string& fileName) {
     sceneReplaced();
     m_pane->canvas().zoomToFit();
     return true;
+}
+
+bool GraphEditorFrame::importGraph(const std::string& fileName) {
+    if (!confirmDiscard())
+        return false;
+    std::string name = fileName;
+    if (name.empty())
+        name = m_prompts->fileName(this, otherToolsFilter, "graphml;*.gxl;*.dot;*.gv", false)
+                   .utf8_string();
+    if (name.empty())
+        return false;
+    m_pane->tool().cancel();
+    bool renamable = false;
+    EditResult result = m_document.importGraph(name, false, &renamable);
+    if (!result && renamable) {
+        std::string reason = result.message;
+        while (!reason.empty() && reason.back() == '\n')
+            reason.pop_back();
+        const wxString question = wxString::Format(renameQuestion, wxString::FromUTF8(reason));
+        if (m_prompts->message(this, question, "Warning", wxYES_NO | wxICON_QUESTION) != wxYES)
+            return false;
+        result = m_document.importGraph(name, true);
+    }
+    if (!report(result))
+        return false;
+    sceneReplaced();
+    m_pane->canvas().zoomToFit();
+    return true;
+}
+
+bool GraphEditorFrame::exportGraph(const std::string& fileName) {
+    std::string name = fileName;
+    if (name.empty())
+        name = m_prompts->fileName(this, otherToolsFilter, "graphml", true).utf8_string();
+    if (name.empty())
+        return false;
+    m_pane->tool().cancel();
+    return report(m_document.exportGraph(name));
 }
 
 bool GraphEditorFrame::saveGraph(const std::string& fileName) {

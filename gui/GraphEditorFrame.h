@@ -24,6 +24,12 @@ class GraphEditorFrame : public wxFrame {
   public:
     static constexpr const char* titlePrefix = "3D Graph Editor - ";
     static constexpr const char* graphFilter = "Graph file (*.dg)";
+    // Import and export take all three; the extension of the name chosen decides.
+    static constexpr const char* otherToolsFilter =
+        "GraphML, GXL or DOT file (*.graphml;*.gxl;*.dot;*.gv)";
+    static constexpr const char* renameQuestion =
+        "The file holds what a graph file cannot hold:\n\n%s\n\nRename such labels, names and "
+        "texts (the console lists each change) and go on?";
     static constexpr const char* modelFilter = "3D Model (*.3rd)";
     static constexpr const char* pictureFilter = canvasPictureFilter;
     static constexpr const char* discardQuestion =
@@ -50,6 +56,8 @@ class GraphEditorFrame : public wxFrame {
         kGround,
         kBackground,
         kVrInterface,
+        kImportGraph,
+        kExportGraph,
         kFirstTool  // the toolbar's tools follow, in toolbar order
     };
     static int toolId(ToolbarTool tool) { return kFirstTool + static_cast<int>(tool); }
@@ -71,6 +79,11 @@ class GraphEditorFrame : public wxFrame {
     // says why. False when nothing was loaded.
     bool loadGraph(const std::string& fileName = {});
     bool saveGraph(const std::string& fileName = {});
+    // A graph of another tool into the editor, untitled (asks before a refusal that renaming
+    // avoids); false when nothing was read.
+    bool importGraph(const std::string& fileName = {});
+    // The graph into a file of another tool; the editor keeps its file and state.
+    bool exportGraph(const std::string& fileName = {});
     // Shows `graph`'s elements (which it takes) as an untitled, unmodified graph.
     void adoptGraph(DirectedGraph& graph);
     void layoutGraph();

@@ -358,16 +358,23 @@ TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
     const std::string graph = folder.path("two.dg");
     ASSERT_TRUE(editor->document().insertVertex("cube", {}));
     ASSERT_TRUE(editor->saveGraph(graph));
+    ASSERT_TRUE(editor->exportGraph(folder.path("two.graphml")));
     main_->Destroy();
     wxTheApp->ProcessIdle();
 
-    main_ = startUp({graph, "notes.txt"});
-    editor = dynamic_cast<GraphEditorFrame*>(main_->GetChildren().GetLast()->GetData());
-    ASSERT_NE(editor, nullptr);
-    EXPECT_EQ(editor->GetTitle(), "3D Graph Editor - " + graph);
-    EXPECT_EQ(editor->document().graph().vertexCount(), 1u);
-    EXPECT_NE(capture_.text().find(
-                  "Not opened: 'notes.txt' is no graph (.dg), rule (.drl) or module (.mod) file."),
+    // A graph of another tool is imported into an editor of its own.
+    main_ = startUp({graph, folder.path("two.graphml"), "notes.txt"});
+    std::vector<GraphEditorFrame*> editors;
+    for (wxWindow* child : main_->GetChildren())
+        if (auto* opened = dynamic_cast<GraphEditorFrame*>(child))
+            editors.push_back(opened);
+    ASSERT_EQ(editors.size(), 2u);
+    EXPECT_EQ(editors[0]->GetTitle(), "3D Graph Editor - " + graph);
+    EXPECT_EQ(editors[1]->GetTitle(), "3D Graph Editor - untitled");
+    for (GraphEditorFrame* opened : editors)
+        EXPECT_EQ(opened->document().graph().vertexCount(), 1u);
+    EXPECT_NE(capture_.text().find("Not opened: 'notes.txt' is no graph (.dg, .graphml, .gxl, "
+                                   ".dot), rule (.drl) or module (.mod) file."),
               std::string::npos);
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -90,7 +91,14 @@ class DotReader {
         // graph, the line end after the first), in a buffer that is gone by then.
         aglexbad();
         if (!graph) {
-            std::string why = agerrors() > 0 && aglasterr() ? aglasterr() : "";
+            std::string why;
+            if (agerrors() > 0) {
+                // A copy for the caller to free.
+                if (char* last = aglasterr()) {
+                    why = last;
+                    std::free(last);
+                }
+            }
             while (!why.empty() && (why.back() == '\n' || why.back() == ' '))
                 why.pop_back();
             return graph_.fail(why.empty() ? "the file holds no DOT graph" : "not DOT: " + why);

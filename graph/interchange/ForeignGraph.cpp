@@ -36,7 +36,7 @@ bool ForeignGraph::setLabel(GraphObject& object, const std::string& element,
                             std::string_view label) {
     const std::optional<std::string> spelled = names_.label(element, label);
     if (!spelled)
-        return fail(names_.refusal());
+        return refusedName();
     object.setLabel(*spelled);
     return true;
 }
@@ -45,11 +45,17 @@ bool ForeignGraph::addAttribute(GraphObject& object, const std::string& element,
                                 std::unique_ptr<Attribute> attribute) {
     std::unique_ptr<Attribute> spelled = names_.attribute(element, std::move(attribute));
     if (!spelled)
-        return fail(names_.refusal());
+        return refusedName();
     const std::string name = spelled->name();
     if (!object.addAttribute(std::move(spelled)))
         note(element + ": a second attribute '" + name + "' is left out");
     return true;
+}
+
+bool ForeignGraph::refusedName() {
+    if (failure_.empty())
+        renamable_ = names_.renamable();
+    return fail(names_.refusal());
 }
 
 void ForeignGraph::note(const std::string& text) {

@@ -34,12 +34,16 @@ class ForeignGraph {
     void note(const std::string& text);
     bool fail(const std::string& text);
     bool failed() const { return !failure_.empty(); }
+    // The failure was a refusal that renaming would have avoided.
+    bool renamable() const { return renamable_; }
 
     // Writes the failure, or the renamings and notes, to the console as lines that begin with
     // the format and the file; true when nothing failed. On failure the graph is emptied.
     bool finish(const std::string& fileName);
 
   private:
+    bool refusedName();
+
     DirectedGraph& graph_;
     ImportedNames names_;
     const char* format_;
@@ -47,6 +51,7 @@ class ForeignGraph {
     std::vector<std::string> noteOrder_;
     std::map<std::string, std::size_t> noteCounts_;
     std::string failure_;
+    bool renamable_ = false;
 };
 
 // How an element is named in messages: "node 'n3'", "edge 'e1' (n1 -> n2)".

@@ -65,9 +65,11 @@ std::string ImportedNames::identifierFrom(std::string_view text) {
 }
 
 bool ImportedNames::refuse(const std::string& element, const std::string& what,
-                           const std::string& reason) {
-    if (refusal_.empty())
+                           const std::string& reason, bool renamable) {
+    if (refusal_.empty()) {
         refusal_ = element + ": " + what + " " + reason;
+        renamable_ = renamable;
+    }
     return false;
 }
 
@@ -82,7 +84,7 @@ std::optional<std::string> ImportedNames::identifier(const std::string& element,
         return std::string(text);
     const std::string described = what + " '" + FileSpelling::shown(text) + "'";
     if (!rename_) {
-        refuse(element, described, "cannot be read: " + reason);
+        refuse(element, described, "cannot be read: " + reason, true);
         return std::nullopt;
     }
     std::string candidate = identifierFrom(text);
@@ -90,7 +92,7 @@ std::optional<std::string> ImportedNames::identifier(const std::string& element,
     if (!check(candidate).empty())
         candidate.insert(0, "x_");
     if (const std::string still = check(candidate); !still.empty()) {
-        refuse(element, described, "cannot be renamed: " + still);
+        refuse(element, described, "cannot be renamed: " + still, false);
         return std::nullopt;
     }
     changes_.push_back(element + ": " + described + " became '" + candidate + "'");
@@ -116,13 +118,14 @@ std::unique_ptr<Attribute> ImportedNames::attribute(const std::string& element,
         return attribute;
     const std::string described = "the attribute '" + *name + "'";
     if (!rename_ || attribute->type() != AttributeType::String) {
-        refuse(element, described, "cannot be read: " + reason);
+        refuse(element, described, "cannot be read: " + reason,
+               !rename_ && attribute->type() == AttributeType::String);
         return nullptr;
     }
     const std::string& value = static_cast<const StringAttribute&>(*attribute).value();
     auto changed = std::make_unique<StringAttribute>(*name, spellableString(value));
     if (const std::string still = spelling_.attribute(*changed); !still.empty()) {
-        refuse(element, described, "cannot be read: " + still);
+        refuse(element, described, "cannot be read: " + still, false);
         return nullptr;
     }
     changes_.push_back(element + ": " + described + " '" + FileSpelling::shown(value) +

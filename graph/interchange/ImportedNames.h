@@ -27,6 +27,8 @@ class ImportedNames {
 
     // The first refusal: "node 'n3': the label 'a b' REASON"; empty while none.
     const std::string& refusal() const { return refusal_; }
+    // Whether renaming would have avoided the first refusal.
+    bool renamable() const { return renamable_; }
     // One line per renaming, in reading order.
     const std::vector<std::string>& changes() const { return changes_; }
 
@@ -35,13 +37,15 @@ class ImportedNames {
     static std::string identifierFrom(std::string_view text);
 
   private:
-    bool refuse(const std::string& element, const std::string& what, const std::string& reason);
+    bool refuse(const std::string& element, const std::string& what, const std::string& reason,
+                bool renamable);
     std::optional<std::string> identifier(const std::string& element, const std::string& what,
                                           std::string_view text, bool isLabel);
 
     bool rename_;
     FileSpelling spelling_{FileSpelling::Format::Graph};
     std::string refusal_;
+    bool renamable_ = false;
     std::vector<std::string> changes_;
 };
 

@@ -69,7 +69,10 @@ std::string vectorText(const std::vector<double>& elements) {
     return text;
 }
 
-bool importGraph(const std::string& fileName, DirectedGraph& graph, const ImportOptions& options) {
+bool importGraph(const std::string& fileName, DirectedGraph& graph, const ImportOptions& options,
+                 bool* renamable) {
+    if (renamable != nullptr)
+        *renamable = false;
     const GraphFileFormat format = graphFileFormat(fileName);
     if (format == GraphFileFormat::Native) {
         graph.clear();
@@ -88,6 +91,8 @@ bool importGraph(const std::string& fileName, DirectedGraph& graph, const Import
         readGxl(fileName, foreign);
     else
         readDot(fileName, foreign);
+    if (renamable != nullptr)
+        *renamable = foreign.renamable();
     return foreign.finish(fileName);
 }
 

@@ -30,9 +30,10 @@ struct ImportOptions {
 };
 
 // Reads the file into `graph` (emptied first). On failure the console says why, `graph` is
-// left empty and false is returned; on success the console lists what was changed or left out.
+// left empty and false is returned, and `renamable` (when given) tells whether renaming would
+// have read the file; on success the console lists what was changed or left out.
 bool importGraph(const std::string& fileName, DirectedGraph& graph,
-                 const ImportOptions& options = {});
+                 const ImportOptions& options = {}, bool* renamable = nullptr);
 // Writes the graph in the format of the file's extension, replacing the file only when all of
 // it was written. Internal attributes ("__*__") are left out, as in graph files.
 bool exportGraph(const DirectedGraph& graph, const std::string& fileName);

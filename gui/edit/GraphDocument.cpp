@@ -9,6 +9,7 @@
 #include "graph/GraphWriter.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
+#include "graph/interchange/Interchange.h"
 #include "gui/view/ElementLook.h"
 #include "koral/KoralException.h"
 #include "koral/KoralFrame.h"
@@ -107,6 +108,30 @@ EditResult GraphDocument::load(const std::string& fileName) {
     // Shown as the picture commands show it; the positions reach the file only when saved.
     setOutUnplaced(m_graph);
     rebuildScene();
+    return EditResult::success();
+}
+
+EditResult GraphDocument::importGraph(const std::string& fileName, bool rename, bool* renamable) {
+    ConsoleCapture report(true);
+    auto imported = std::make_unique<DirectedGraph>();
+    ImportOptions options;
+    options.rename = rename;
+    if (!vellum::importGraph(fileName, *imported, options, renamable))
+        return EditResult::failure("Alert", report.text());
+    forgetHistory();
+    m_graph.swap(*imported);
+    imported.reset();
+    // Saving asks for a graph file's name: the imported file is not written over.
+    m_fileName.clear();
+    setOutUnplaced(m_graph);
+    rebuildScene();
+    return EditResult::success();
+}
+
+EditResult GraphDocument::exportGraph(const std::string& fileName) const {
+    ConsoleCapture report(true);
+    if (!vellum::exportGraph(m_graph, fileName))
+        return EditResult::failure("Alert", report.text());
     return EditResult::success();
 }
 

@@ -66,6 +66,14 @@ class GraphDocument {
     // then the document has that name and is unmodified. On failure the result says why (a
     // value the format cannot carry, an unwritable file, a file that does not read back).
     EditResult save(const std::string& fileName);
+    // Reads a graph of another tool (GraphML, GXL, DOT; a graph file too) into the document
+    // as an untitled graph, as load() does otherwise. `rename` changes what a graph file cannot
+    // spell instead of refusing the file; after a refusal `renamable` tells whether renaming
+    // would read it.
+    EditResult importGraph(const std::string& fileName, bool rename, bool* renamable = nullptr);
+    // Writes the graph in the format of the file's extension; the document keeps its name and
+    // its modified state.
+    EditResult exportGraph(const std::string& fileName) const;
 
     // Commands, each one undo step. Null or false when the arguments are no elements of the
     // graph, and then nothing changed.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <wx/menu.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <deque>
@@ -194,8 +195,8 @@ TEST_F(GraphEditorTest, ShowsItsTitleToolsAndMenus) {
 
     const std::vector<std::pair<std::string, std::vector<std::string>>> menus = {
         {"&File",
-         {"&New graph...", "&Load graph...", "&Save graph...", "L&ayout graph...", "Screens&hot...",
-          "E&xit"}},
+         {"&New graph...", "&Load graph...", "&Save graph...", "&Import...", "&Export...",
+          "L&ayout graph...", "Screens&hot...", "E&xit"}},
         {"&Edit", {"&Undo...", "&Redo...", "&Copy...", "&Delete..."}},
         {"&Options",
          {"&Hide ground...", "&Wireframe ground...", "&Solid ground...", "&Transparent ground...",
@@ -407,6 +408,61 @@ TEST_F(GraphEditorTest, SavedGraphLoadsIntoANewEditorAndSavesTheSameFile) {
     EXPECT_EQ(graph().vertexCount(), 2u);
     EXPECT_EQ(frame_->GetTitle(), "3D Graph Editor - " + second);
     EXPECT_NE(capture.text().find(broken), std::string::npos) << capture.text();
+}
+
+TEST_F(GraphEditorTest, ImportAndExportThroughOtherToolsFormats) {
+    test::TempFolder folder;
+    DirectedGraphVertex* a = insertAt(ToolbarTool::VertexSphere, centre_ - wxPoint(80, 0));
+    DirectedGraphVertex* b = insertAt(ToolbarTool::VertexCube, centre_ + wxPoint(80, 0));
+    ASSERT_TRUE(a && b);
+    frame_->document().connect(*a, *b);
+    ASSERT_TRUE(frame_->saveGraph(folder.path("drawn.dg")));
+    // Exported to each format and imported again, the graph saves as the same graph file (from
+    // DOT with its vertices' attributes in another order).
+    auto lines = [](const std::string& text) {
+        std::vector<std::string> all;
+        std::istringstream in(text);
+        for (std::string line; std::getline(in, line);)
+            all.push_back(line);
+        std::sort(all.begin(), all.end());
+        return all;
+    };
+    for (const char* name : {"drawn.graphml", "drawn.gxl", "drawn.dot"}) {
+        SCOPED_TRACE(name);
+        prompts_->files = {folder.path(name)};
+        command(GraphEditorFrame::kExportGraph);
+        EXPECT_FALSE(frame_->document().modified());
+        prompts_->files = {folder.path(name)};
+        command(GraphEditorFrame::kImportGraph);
+        EXPECT_EQ(frame_->GetTitle(), "3D Graph Editor - untitled");
+        EXPECT_EQ(frame_->document().scene().vertexCount(), 2u);
+        ASSERT_TRUE(frame_->saveGraph(folder.path("back.dg")));
+        const std::string back = test::TempFolder::read(folder.path("back.dg"));
+        const std::string drawn = test::TempFolder::read(folder.path("drawn.dg"));
+        if (std::string(name) == "drawn.dot")
+            EXPECT_EQ(lines(back), lines(drawn));
+        else
+            EXPECT_EQ(back, drawn);
+    }
+    EXPECT_TRUE(prompts_->asked.empty()) << messages();
+
+    // A label no graph file can hold: asked, and on No nothing changes; on Yes, renamed.
+    const std::string odd = folder.write(
+        "odd.gxl", "<gxl><graph><node id='a'><type href='#two words'/></node></graph></gxl>");
+    prompts_->answers = {false, true};
+    EXPECT_FALSE(frame_->importGraph(odd));
+    EXPECT_EQ(graph().vertexCount(), 2u);
+    ASSERT_EQ(prompts_->asked.size(), 1u);
+    EXPECT_NE(prompts_->asked[0].text.find("node 'a': the label 'two words' cannot be read"),
+              std::string::npos)
+        << messages();
+    EXPECT_TRUE(frame_->importGraph(odd));
+    ASSERT_EQ(graph().vertexCount(), 1u);
+    EXPECT_EQ(graph().vertices().begin()->label(), "two_words");
+    // A broken file is an alert, and the graph stays.
+    EXPECT_FALSE(frame_->importGraph(folder.write("broken.graphml", "<graphml>")));
+    EXPECT_EQ(prompts_->asked.back().title, "Alert");
+    EXPECT_EQ(graph().vertexCount(), 1u);
 }
 
 TEST_F(GraphEditorTest, ModifiedGraphIsReplacedOrClosedOnlyAfterYes) {
