@@ -213,7 +213,8 @@ void RuleElementDialog::fillList() {
     m_list->DeleteAllItems();
     long index = 0;
     for (const Attribute& attribute : m_element.attributes()) {
-        if (isInternalName(attribute.name()))
+        // The editor's own shapes and places are not the rule's: the file does not get them.
+        if (isInternalName(attribute.name()) || RuleDocument::isEditorLook(m_element, attribute))
             continue;
         m_list->InsertItem(index, wxString::FromUTF8(attribute.name()));
         m_list->SetItem(index, 1, attributeKeyword(attribute.type()));

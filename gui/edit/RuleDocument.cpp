@@ -1,5 +1,6 @@
 #include "gui/edit/RuleDocument.h"
 
+#include <algorithm>
 #include <map>
 #include <sstream>
 
@@ -61,15 +62,9 @@ void noteOwnLook(DirectedGraph& side) {
 // The label and the attributes that belong to the rule, from `from` to its copy `to`.
 void copyForFile(const GraphObject& from, GraphObject& to) {
     to.setLabel(from.label());
-    const std::vector<std::string> own = ownLook(from);
-    for (const Attribute& attribute : from.attributes()) {
-        const std::string& name = attribute.name();
-        if (isInternalName(name))
-            continue;
-        if (isLookName(name) && std::find(own.begin(), own.end(), name) == own.end())
-            continue;
-        to.addAttribute(attribute.clone());
-    }
+    for (const Attribute& attribute : from.attributes())
+        if (!isInternalName(attribute.name()) && !RuleDocument::isEditorLook(from, attribute))
+            to.addAttribute(attribute.clone());
     if (from.extension())
         to.setExtension(from.extension()->clone());
 }
@@ -205,6 +200,13 @@ EditResult RuleDocument::load(const std::string& fileName) {
     m_history.markSaved();
     refreshDecorations();
     return EditResult::success();
+}
+
+bool RuleDocument::isEditorLook(const GraphObject& element, const Attribute& attribute) {
+    if (!isLookName(attribute.name()))
+        return false;
+    const std::vector<std::string> own = ownLook(element);
+    return std::find(own.begin(), own.end(), attribute.name()) == own.end();
 }
 
 std::unique_ptr<DirectedGraphRule> RuleDocument::fileRule() const {

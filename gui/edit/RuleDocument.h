@@ -61,6 +61,9 @@ class RuleDocument {
     // Checks the rule as the reader would (an "Alert" with the reader's message, nothing
     // written), writes it, replacing the file only when all was written, and reads it back.
     EditResult save(const std::string& fileName);
+    // Whether `attribute` of `element` is one the editor added to draw the element (a shape or
+    // place that is not the rule's): fileRule() leaves those out.
+    static bool isEditorLook(const GraphObject& element, const Attribute& attribute);
     // A copy of the rule as its file holds it.
     std::unique_ptr<DirectedGraphRule> fileRule() const;
 
