@@ -3,13 +3,12 @@
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <system_error>
 
-#include <unistd.h>
+#include <stdlib.h>
 
 #include "base/Console.h"
 #include "base/ReplacingFile.h"
@@ -134,21 +133,23 @@ bool readBytes(const std::string& file, std::string& bytes) {
 class ModuleEditorFrame::ScratchCopy {
   public:
     ScratchCopy() {
-        static std::atomic<int> counter{0};
         std::error_code error;
-        folder_ = fs::temp_directory_path(error) /
-                  ("vellum-editor-" + std::to_string(::getpid()) + "-" + std::to_string(++counter));
-        fs::create_directories(folder_, error);
+        std::string pattern = (fs::temp_directory_path(error) / "vellum-editor-XXXXXX").string();
+        if (::mkdtemp(pattern.data()) != nullptr)
+            folder_ = pattern;
     }
     ~ScratchCopy() {
         std::error_code error;
-        fs::remove_all(folder_, error);
+        if (!folder_.empty())
+            fs::remove_all(folder_, error);
     }
     ScratchCopy(const ScratchCopy&) = delete;
     ScratchCopy& operator=(const ScratchCopy&) = delete;
 
     // Writes `bytes` as `name` + ".mod"; the path, empty when it could not be written.
     std::string write(const std::string& name, const std::string& bytes) {
+        if (folder_.empty())
+            return {};
         const std::string file = (folder_ / (name + ".mod")).string();
         std::ofstream out(file, std::ios::binary | std::ios::trunc);
         out << bytes;
@@ -164,6 +165,7 @@ ModuleEditorFrame::ModuleEditorFrame(wxWindow* parent, std::unique_ptr<EditorPro
     : wxFrame(parent, wxID_ANY, wxString(titlePrefix) + "untitled", wxDefaultPosition,
               wxSize(760, 600)),
       m_prompts(prompts ? std::move(prompts) : std::make_unique<EditorPrompts>()) {
+    SetName(applicationName);
     buildMenus();
     m_text = new wxStyledTextCtrl(this, wxID_ANY);
     setUpText();
@@ -449,7 +451,10 @@ std::string ModuleEditorFrame::fileToCompile() {
         m_scratch = std::make_unique<ScratchCopy>();
     const std::string name = m_file.empty() ? "untitled" : fs::path(m_file).stem().string();
     const wxCharBuffer bytes = m_text->GetTextRaw();
-    return m_scratch->write(name, std::string(bytes.data(), bytes.length()));
+    const std::string copy = m_scratch->write(name, std::string(bytes.data(), bytes.length()));
+    if (copy.empty())
+        console() << "Could not write a copy of the text for the compiler!!!\n";
+    return copy;
 }
 
 const koralModule* ModuleEditorFrame::compile() {

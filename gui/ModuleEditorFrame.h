@@ -24,7 +24,7 @@ namespace vellum {
 class ModuleEditorFrame : public wxFrame {
   public:
     static constexpr const char* titlePrefix = "Koral Editor - ";
-    static constexpr const char* applicationName = "Koral Editor v2";
+    static constexpr const char* applicationName = "Koral Editor v2";  // the frame's window name
     static constexpr const char* moduleFilter = "Koral modules (*.mod)";
     static constexpr const char* htmlFilter = "Hypertext files (*.html)";
     static constexpr const char* saveQuestion =
@@ -62,7 +62,6 @@ class ModuleEditorFrame : public wxFrame {
     // The file the text was loaded from or saved to; empty while untitled.
     const std::string& fileName() const { return m_file; }
     bool modified() const { return m_text->GetModify(); }
-    const ModuleHighlighter& highlighter() const { return m_highlighter; }
     // The interpreter frame that the last run went to, while it is open; else null.
     InterpreterFrame* interpreter() const { return m_interpreter.get(); }
     void setInterpreterMaker(InterpreterMaker maker) { m_makeInterpreter = std::move(maker); }

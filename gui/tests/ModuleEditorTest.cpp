@@ -162,6 +162,7 @@ class ModuleEditorTest : public ::testing::Test {
 
 TEST_F(ModuleEditorTest, TitleAndMenus) {
     EXPECT_EQ(editor_->GetTitle(), "Koral Editor - untitled");
+    EXPECT_EQ(editor_->GetName(), "Koral Editor v2");
     const std::vector<std::pair<const char*, std::vector<const char*>>> expected = {
         {"&File",
          {"&New module...", "&Load module...", "&Save module...", "&Save as HTML...",
