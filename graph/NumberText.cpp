@@ -5,6 +5,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "graph/BooleanAttribute.h"
+#include "graph/IntegerAttribute.h"
+#include "graph/RealAttribute.h"
+#include "graph/StringAttribute.h"
+#include "graph/VectorAttribute.h"
+
 namespace vellum {
 
 std::int32_t integerValue(std::string_view text) {
@@ -66,6 +72,27 @@ std::string realText(double value) {
         result += digits.substr(static_cast<std::size_t>(point));
     }
     return result;
+}
+
+std::string attributeValueText(const Attribute& attribute, std::string (*real)(double),
+                               const char* separator) {
+    switch (attribute.type()) {
+        case AttributeType::Boolean:
+            return static_cast<const BooleanAttribute&>(attribute).value() ? "true" : "false";
+        case AttributeType::Integer:
+            return std::to_string(static_cast<const IntegerAttribute&>(attribute).value());
+        case AttributeType::Real:
+            return real(static_cast<const RealAttribute&>(attribute).value());
+        case AttributeType::String:
+            return static_cast<const StringAttribute&>(attribute).value();
+        case AttributeType::Vector: {
+            std::string text;
+            for (double element : static_cast<const VectorAttribute&>(attribute).value())
+                text += (text.empty() ? "" : separator) + real(element);
+            return text;
+        }
+    }
+    return {};
 }
 
 }  // namespace vellum

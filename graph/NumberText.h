@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "graph/Attribute.h"
+
 namespace vellum {
 
 // Decimal integer: an optional "-", then digits up to the first other character (so "3.6"
@@ -21,5 +23,10 @@ double realValue(std::string_view text);
 // nearest to what the default format denotes. Infinities and NaN give "inf"/"nan" (no number
 // of the format; the writers refuse them before).
 std::string realText(double value);
+
+// The value as text: truth values "true"/"false", integers in decimal, a string as it stands,
+// reals and a vector's elements written by `real`, the elements joined by `separator`.
+std::string attributeValueText(const Attribute& attribute, std::string (*real)(double),
+                               const char* separator);
 
 }  // namespace vellum

@@ -59,23 +59,7 @@ bool parseVector(std::string text, std::vector<double>& value) {
 }  // namespace
 
 std::string attributeText(const Attribute& attribute) {
-    switch (attribute.type()) {
-        case AttributeType::Boolean:
-            return static_cast<const BooleanAttribute&>(attribute).value() ? "true" : "false";
-        case AttributeType::Integer:
-            return std::to_string(static_cast<const IntegerAttribute&>(attribute).value());
-        case AttributeType::Real:
-            return realText(static_cast<const RealAttribute&>(attribute).value());
-        case AttributeType::String:
-            return static_cast<const StringAttribute&>(attribute).value();
-        case AttributeType::Vector: {
-            std::string text;
-            for (double component : static_cast<const VectorAttribute&>(attribute).value())
-                text += (text.empty() ? "" : ", ") + realText(component);
-            return text;
-        }
-    }
-    return {};
+    return attributeValueText(attribute, realText, ", ");
 }
 
 std::unique_ptr<Attribute> attributeFromText(const std::string& name, AttributeType type,

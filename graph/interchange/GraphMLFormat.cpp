@@ -6,11 +6,12 @@
 
 #include "graph/BooleanAttribute.h"
 #include "graph/IntegerAttribute.h"
+#include "graph/NumberText.h"
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
 #include "graph/interchange/Formats.h"
-#include "graph/interchange/XmlTree.h"
+#include "graph/interchange/XmlGraphReader.h"
 
 namespace vellum {
 namespace {
@@ -32,40 +33,23 @@ std::string trim(const std::string& text) {
     return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-class GraphMLReader {
+class GraphMLReader : public XmlGraphReader {
   public:
-    GraphMLReader(ForeignGraph& graph) : graph_(graph) {}
-
-    bool read(const std::string& fileName) {
-        XmlTree tree(fileName);
-        const xmlNode* root = tree.root();
-        if (root == nullptr)
-            return graph_.fail(tree.failure());
-        if (localName(root) != "graphml")
-            return graph_.fail("the document is no GraphML: its root element is <" +
-                               std::string(localName(root)) + ">");
-        for (const xmlNode* key : childElements(root, "key"))
-            readKey(key);
-        const std::vector<xmlNode*> graphs = childElements(root, "graph");
-        if (graphs.empty())
-            return graph_.fail("the document holds no <graph>");
-        if (graphs.size() > 1)
-            graph_.note(std::to_string(graphs.size() - 1) + " more <graph> elements are left out");
-        const xmlNode* graph = graphs.front();
-        directedByDefault_ = attributeOf(graph, "edgedefault").value_or("directed") != "undirected";
-        for (const xmlNode* node : childElements(graph, "node"))
-            if (!readNode(node))
-                return false;
-        std::size_t hyperedges = childElements(graph, "hyperedge").size();
-        if (hyperedges > 0)
-            graph_.note(std::to_string(hyperedges) + " hyperedges are left out");
-        for (const xmlNode* edge : childElements(graph, "edge"))
-            if (!readEdge(edge))
-                return false;
-        return true;
-    }
+    explicit GraphMLReader(ForeignGraph& graph)
+        : XmlGraphReader(graph,
+                         {"GraphML", "graphml", "source", "target", "directed", "edgedefault"}) {}
 
   private:
+    void readPreamble(const xmlNode* root) override {
+        for (const xmlNode* key : childElements(root, "key"))
+            readKey(key);
+    }
+
+    void noteLeftOut(const xmlNode* graph) override {
+        if (const std::size_t hyperedges = childElements(graph, "hyperedge").size())
+            graph_.note(std::to_string(hyperedges) + " hyperedges are left out");
+    }
+
     void readKey(const xmlNode* element) {
         const std::optional<std::string> id = attributeOf(element, "id");
         if (!id)
@@ -88,8 +72,8 @@ class GraphMLReader {
     }
 
     // The data of the element and the defaults of its domain's keys it has no data for.
-    bool readData(GraphObject& object, const xmlNode* element, const std::string& name,
-                  const char* domain) {
+    bool readContents(GraphObject& object, const xmlNode* element, const std::string& name,
+                      const char* domain) override {
         std::map<std::string, bool> given;
         for (const xmlNode* data : childElements(element, "data")) {
             const std::string keyId = attributeOf(data, "key").value_or("");
@@ -157,32 +141,7 @@ class GraphMLReader {
         return graph_.addAttribute(object, name, std::move(attribute));
     }
 
-    bool readNode(const xmlNode* element) {
-        const std::optional<std::string> id = attributeOf(element, "id");
-        if (!id)
-            return graph_.fail("a <node> has no id");
-        DirectedGraphVertex* vertex = graph_.addVertex(*id);
-        return vertex && readData(*vertex, element, foreignNode(*id), "node");
-    }
-
-    bool readEdge(const xmlNode* element) {
-        const std::string id = attributeOf(element, "id").value_or("");
-        const std::optional<std::string> source = attributeOf(element, "source");
-        const std::optional<std::string> target = attributeOf(element, "target");
-        if (!source || !target)
-            return graph_.fail((id.empty() ? std::string("an <edge>") : "the edge '" + id + "'") +
-                               " lacks its source or target");
-        const std::string name = foreignEdge(id, *source, *target);
-        const std::optional<std::string> directed = attributeOf(element, "directed");
-        if (directed ? *directed == "false" : !directedByDefault_)
-            graph_.note("undirected edges are read as directed from source to target");
-        DirectedGraphEdge* edge = graph_.addEdge(name, *source, *target);
-        return edge && readData(*edge, element, name, "edge");
-    }
-
-    ForeignGraph& graph_;
     std::map<std::string, Key> keys_;
-    bool directedByDefault_ = true;
 };
 
 const char* graphMLType(AttributeType type) {
@@ -196,23 +155,6 @@ const char* graphMLType(AttributeType type) {
         default:
             return "string";
     }
-}
-
-// The value as GraphML data text.
-std::string dataText(const Attribute& attribute) {
-    switch (attribute.type()) {
-        case AttributeType::Boolean:
-            return static_cast<const BooleanAttribute&>(attribute).value() ? "true" : "false";
-        case AttributeType::Integer:
-            return std::to_string(static_cast<const IntegerAttribute&>(attribute).value());
-        case AttributeType::Real:
-            return exactRealText(static_cast<const RealAttribute&>(attribute).value());
-        case AttributeType::String:
-            return static_cast<const StringAttribute&>(attribute).value();
-        case AttributeType::Vector:
-            return vectorText(static_cast<const VectorAttribute&>(attribute).value());
-    }
-    return {};
 }
 
 class GraphMLWriter {
@@ -292,7 +234,8 @@ class GraphMLWriter {
                 continue;
             if (!xmlEscaped(attribute.name()))
                 return refuse(name, "the attribute name '" + attribute.name() + "'");
-            if (!line(keyId(domain, attribute.name(), attribute.type()), dataText(attribute), name,
+            if (!line(keyId(domain, attribute.name(), attribute.type()),
+                      attributeValueText(attribute, exactRealText, " "), name,
                       "the attribute '" + attribute.name() + "'"))
                 return false;
         }

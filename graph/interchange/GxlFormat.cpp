@@ -7,67 +7,26 @@
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
 #include "graph/interchange/Formats.h"
-#include "graph/interchange/XmlTree.h"
+#include "graph/interchange/XmlGraphReader.h"
 
 #include <map>
 
 namespace vellum {
 namespace {
 
-class GxlReader {
+class GxlReader : public XmlGraphReader {
   public:
-    explicit GxlReader(ForeignGraph& graph) : graph_(graph) {}
-
-    bool read(const std::string& fileName) {
-        XmlTree tree(fileName);
-        const xmlNode* root = tree.root();
-        if (root == nullptr)
-            return graph_.fail(tree.failure());
-        if (localName(root) != "gxl")
-            return graph_.fail("the document is no GXL: its root element is <" +
-                               std::string(localName(root)) + ">");
-        const std::vector<xmlNode*> graphs = childElements(root, "graph");
-        if (graphs.empty())
-            return graph_.fail("the document holds no <graph>");
-        if (graphs.size() > 1)
-            graph_.note(std::to_string(graphs.size() - 1) + " more <graph> elements are left out");
-        const xmlNode* graph = graphs.front();
-        directedByDefault_ =
-            attributeOf(graph, "edgemode").value_or("directed") != "undirected" &&
-            attributeOf(graph, "edgemode").value_or("directed") != "defaultundirected";
-        for (const xmlNode* node : childElements(graph, "node")) {
-            const std::optional<std::string> id = attributeOf(node, "id");
-            if (!id)
-                return graph_.fail("a <node> has no id");
-            DirectedGraphVertex* vertex = graph_.addVertex(*id);
-            if (!vertex || !readContents(*vertex, node, foreignNode(*id)))
-                return false;
-        }
-        if (const std::size_t relations = childElements(graph, "rel").size())
-            graph_.note(std::to_string(relations) + " relations (<rel>) are left out");
-        for (const xmlNode* element : childElements(graph, "edge"))
-            if (!readEdge(element))
-                return false;
-        return true;
-    }
+    explicit GxlReader(ForeignGraph& graph)
+        : XmlGraphReader(graph, {"GXL", "gxl", "from", "to", "isdirected", "edgemode"}) {}
 
   private:
-    bool readEdge(const xmlNode* element) {
-        const std::string id = attributeOf(element, "id").value_or("");
-        const std::optional<std::string> from = attributeOf(element, "from");
-        const std::optional<std::string> to = attributeOf(element, "to");
-        if (!from || !to)
-            return graph_.fail((id.empty() ? std::string("an <edge>") : "the edge '" + id + "'") +
-                               " lacks its from or to");
-        const std::string name = foreignEdge(id, *from, *to);
-        const std::optional<std::string> directed = attributeOf(element, "isdirected");
-        if (directed ? *directed == "false" : !directedByDefault_)
-            graph_.note("undirected edges are read as directed from source to target");
-        DirectedGraphEdge* edge = graph_.addEdge(name, *from, *to);
-        return edge && readContents(*edge, element, name);
+    void noteLeftOut(const xmlNode* graph) override {
+        if (const std::size_t relations = childElements(graph, "rel").size())
+            graph_.note(std::to_string(relations) + " relations (<rel>) are left out");
     }
 
-    bool readContents(GraphObject& object, const xmlNode* element, const std::string& name) {
+    bool readContents(GraphObject& object, const xmlNode* element, const std::string& name,
+                      const char*) override {
         for (const xmlNode* type : childElements(element, "type")) {
             std::string label = attributeOf(type, "href").value_or("");
             if (const auto hash = label.rfind('#'); hash != std::string::npos)
@@ -135,9 +94,6 @@ class GxlReader {
                     " is read as a string");
         return std::make_unique<StringAttribute>(name, text);
     }
-
-    ForeignGraph& graph_;
-    bool directedByDefault_ = true;
 };
 
 class GxlWriter {

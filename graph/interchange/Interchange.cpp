@@ -61,11 +61,8 @@ bool isInternalAttribute(const Attribute& attribute) {
 
 std::string vectorText(const std::vector<double>& elements) {
     std::string text;
-    for (double element : elements) {
-        if (!text.empty())
-            text += ' ';
-        text += exactRealText(element);
-    }
+    for (double element : elements)
+        text += (text.empty() ? "" : " ") + exactRealText(element);
     return text;
 }
 

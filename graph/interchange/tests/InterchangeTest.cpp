@@ -10,6 +10,7 @@
 #include "graph/BooleanAttribute.h"
 #include "graph/GraphWriter.h"
 #include "graph/IntegerAttribute.h"
+#include "graph/NumberText.h"
 #include "graph/RealAttribute.h"
 #include "graph/StringAttribute.h"
 #include "graph/VectorAttribute.h"
@@ -22,24 +23,12 @@ namespace {
 
 const std::string kData = VELLUM_INTERCHANGE_DATA;
 
+// Strings quoted, vectors in parentheses: what a value was, besides its text.
 std::string valueText(const Attribute& attribute) {
-    switch (attribute.type()) {
-        case AttributeType::Boolean:
-            return static_cast<const BooleanAttribute&>(attribute).value() ? "true" : "false";
-        case AttributeType::Integer:
-            return std::to_string(static_cast<const IntegerAttribute&>(attribute).value());
-        case AttributeType::Real:
-            return exactRealText(static_cast<const RealAttribute&>(attribute).value());
-        case AttributeType::String:
-            return "'" + static_cast<const StringAttribute&>(attribute).value() + "'";
-        case AttributeType::Vector: {
-            std::string text;
-            for (double e : static_cast<const VectorAttribute&>(attribute).value())
-                text += exactRealText(e) + " ";
-            return "(" + text + ")";
-        }
-    }
-    return "?";
+    const std::string text = attributeValueText(attribute, exactRealText, " ");
+    if (attribute.type() == AttributeType::String)
+        return "'" + text + "'";
+    return attribute.type() == AttributeType::Vector ? "(" + text + ")" : text;
 }
 
 // Every element in order with its label and its attributes' exact values and types.
