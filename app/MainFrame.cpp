@@ -2,6 +2,8 @@
 
 #include "app/Resources.h"
 
+#include "base/Console.h"
+
 #include <wx/menu.h>
 
 namespace vellum {
@@ -22,6 +24,8 @@ void MainFrame::buildMenus() {
     file->Append(kNewGraphRule, "&New graphrule...");
     file->Append(kNewKoralModule, "&New Koral module...");
     file->Append(kNewKoralInterpreter, "&New Koral interpreter...");
+    recentMenu_ = new wxMenu;
+    file->Append(kRecentFiles, "Recent &files", recentMenu_);
     file->AppendSeparator();
     file->Append(kExit, "E&xit...");
 
@@ -39,10 +43,62 @@ void MainFrame::buildMenus() {
     Bind(wxEVT_MENU, &MainFrame::onNewRule, this, kNewGraphRule);
     Bind(wxEVT_MENU, &MainFrame::onNewModule, this, kNewKoralModule);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::onClose, this);
+    Bind(wxEVT_MENU_OPEN, &MainFrame::onMenuOpen, this);
+    Bind(wxEVT_MENU, &MainFrame::onRecentFile, this, kFirstRecent,
+         kFirstRecent + static_cast<int>(UserSettings::kRecentCount) - 1);
+}
+
+void MainFrame::useSettings(std::unique_ptr<UserSettings> settings) {
+    settings_ = std::move(settings);
+}
+
+void MainFrame::onMenuOpen(wxMenuEvent& event) {
+    event.Skip();
+    fillRecentMenu(*recentMenu_,
+                   settings_ ? settings_->recentFiles("all") : std::vector<std::string>{},
+                   kFirstRecent);
+}
+
+void MainFrame::onRecentFile(wxCommandEvent& event) {
+    const wxMenuItem* item = recentMenu_->FindItem(event.GetId());
+    if (item != nullptr)
+        openFile(item->GetHelp().utf8_string());
+}
+
+namespace {
+
+bool endsWith(const std::string& name, const std::string& extension) {
+    return name.size() > extension.size() &&
+           name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
+}
+
+}  // namespace
+
+bool MainFrame::openFile(const std::string& file) {
+    if (endsWith(file, ".dg"))
+        openGraphEditor(file);
+    else if (endsWith(file, ".drl"))
+        openRuleEditor(file);
+    else if (endsWith(file, ".mod"))
+        openModuleEditor(file);
+    else if (endsWith(file, ".graphml") || endsWith(file, ".gxl") || endsWith(file, ".dot") ||
+             endsWith(file, ".gv"))
+        openGraphEditor()->importGraph(file);
+    else {
+        console() << "Not opened: '" << file
+                  << "' is no graph (.dg, .graphml, .gxl, .dot), rule (.drl) or module (.mod) "
+                     "file.\n";
+        return false;
+    }
+    if (settings_ && !endsWith(file, ".dg") && !endsWith(file, ".graphml") &&
+        !endsWith(file, ".gxl") && !endsWith(file, ".dot") && !endsWith(file, ".gv"))
+        settings_->addRecentFile(endsWith(file, ".drl") ? "rules" : "modules", file);
+    return true;
 }
 
 GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
     auto* editor = new GraphEditorFrame(this);
+    editor->useSettings(settings_.get());
     if (!fileName.empty())
         editor->loadGraph(fileName);
     return editor;

@@ -8,6 +8,7 @@
 #include "gui/InterpreterFrame.h"
 #include "gui/ModuleEditorFrame.h"
 #include "gui/RuleEditorFrame.h"
+#include "gui/UserSettings.h"
 
 #include <wx/frame.h>
 
@@ -25,6 +26,8 @@ class MainFrame : public wxFrame {
     static constexpr int kNewGraphRule = 8;
     static constexpr int kNewKoralModule = 9;
     static constexpr int kNewKoralInterpreter = 10;
+    static constexpr int kRecentFiles = 11;  // the submenu; its files take kFirstRecent on
+    static constexpr int kFirstRecent = 20;
 
     // Builds the icon, menus, logo and console frame, then shows itself.
     MainFrame(const wxString& title, const wxPoint& position, const wxSize& size);
@@ -45,6 +48,12 @@ class MainFrame : public wxFrame {
     // Null prompts: the toolkit's boxes.
     InterpreterFrame* openInterpreter(std::unique_ptr<EditorPrompts> prompts = {});
     LogoCanvas* logoCanvas() const { return canvas_; }
+    // Opens the file in the frame its extension calls for (graphs of other tools are imported
+    // into a graph editor); false, with a console line, for an extension it does not know.
+    bool openFile(const std::string& fileName);
+    // Where recent files and window sizes are kept from now on; until then nothing is kept.
+    void useSettings(std::unique_ptr<UserSettings> settings);
+    UserSettings* settings() const { return settings_.get(); }
 
   private:
     void buildMenus();
@@ -55,9 +64,13 @@ class MainFrame : public wxFrame {
     void onNewInterpreter(wxCommandEvent& event);
     void onNewRule(wxCommandEvent& event);
     void onNewModule(wxCommandEvent& event);
+    void onMenuOpen(wxMenuEvent& event);
+    void onRecentFile(wxCommandEvent& event);
 
     LogoCanvas* canvas_;     // child window, owned by the frame
     ConsoleFrame* console_;  // child frame, destroyed with this one
+    wxMenu* recentMenu_;     // in the File menu
+    std::unique_ptr<UserSettings> settings_;
 };
 
 }  // namespace vellum

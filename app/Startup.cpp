@@ -6,11 +6,6 @@ namespace vellum {
 
 namespace {
 
-bool endsWith(const std::string& name, const std::string& extension) {
-    return name.size() > extension.size() &&
-           name.compare(name.size() - extension.size(), extension.size(), extension) == 0;
-}
-
 // A run that ends the program by itself has nobody to answer a box: its alerts go to the console,
 // and a question gets the answer that changes nothing.
 class ConsoleAlerts : public EditorPrompts {
@@ -56,21 +51,9 @@ MainFrame* startUp(const std::vector<std::string>& files) {
     console() << kVersionLine << "\n";
     console() << kCopyrightLine << "\n";
     console() << "READY.\n";
-    for (const std::string& file : files) {
-        if (endsWith(file, ".dg"))
-            frame->openGraphEditor(file);
-        else if (endsWith(file, ".drl"))
-            frame->openRuleEditor(file);
-        else if (endsWith(file, ".mod"))
-            frame->openModuleEditor(file);
-        else if (endsWith(file, ".graphml") || endsWith(file, ".gxl") || endsWith(file, ".dot") ||
-                 endsWith(file, ".gv"))
-            frame->openGraphEditor()->importGraph(file);
-        else
-            console() << "Not opened: '" << file
-                      << "' is no graph (.dg, .graphml, .gxl, .dot), rule (.drl) or module (.mod) "
-                         "file.\n";
-    }
+    frame->useSettings(std::make_unique<UserSettings>(UserSettings::defaultFileName()));
+    for (const std::string& file : files)
+        frame->openFile(file);
     return frame;
 }
 

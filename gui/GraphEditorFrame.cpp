@@ -48,6 +48,8 @@ void GraphEditorFrame::buildMenus() {
     file->Append(kExportGraph, "&Export...");
     file->Append(kLayoutGraph, "L&ayout graph...");
     file->Append(kScreenshot, "Screens&hot...");
+    m_recentMenu = new wxMenu;
+    file->Append(kRecentFiles, "Recent &files", m_recentMenu);
     file->Append(kExit, "E&xit");
 
     auto* edit = new wxMenu;
@@ -91,6 +93,7 @@ void GraphEditorFrame::bindEvents() {
     Bind(wxEVT_MENU, &GraphEditorFrame::onCommand, this, kNewGraph,
          kFirstTool + static_cast<int>(toolbarToolCount) - 1);
     Bind(wxEVT_CLOSE_WINDOW, &GraphEditorFrame::onClose, this);
+    Bind(wxEVT_MENU_OPEN, &GraphEditorFrame::onMenuOpen, this);
     Bind(wxEVT_CHAR_HOOK, &GraphEditorFrame::onKey, this);
 }
 
@@ -98,6 +101,14 @@ void GraphEditorFrame::onCommand(wxCommandEvent& event) {
     const int id = event.GetId();
     if (id >= kFirstTool) {
         useTool(static_cast<ToolbarTool>(id - kFirstTool));
+        return;
+    }
+    if (id >= kFirstRecent) {
+        if (const wxMenuItem* item = m_recentMenu->FindItem(id)) {
+            const std::string file = item->GetHelp().utf8_string();
+            const bool own = file.size() > 3 && file.compare(file.size() - 3, 3, ".dg") == 0;
+            own ? loadGraph(file) : importGraph(file);
+        }
         return;
     }
     switch (id) {
@@ -154,11 +165,32 @@ void GraphEditorFrame::onCommand(wxCommandEvent& event) {
     }
 }
 
+void GraphEditorFrame::useSettings(UserSettings* settings) {
+    m_settings = settings;
+    if (m_settings)
+        if (const std::optional<wxSize> size = m_settings->windowSize(settingsName))
+            SetSize(*size);
+}
+
+void GraphEditorFrame::remember(const std::string& fileName) {
+    if (m_settings)
+        m_settings->addRecentFile("graphs", fileName);
+}
+
+void GraphEditorFrame::onMenuOpen(wxMenuEvent& event) {
+    event.Skip();
+    fillRecentMenu(*m_recentMenu,
+                   m_settings ? m_settings->recentFiles("graphs") : std::vector<std::string>{},
+                   kFirstRecent);
+}
+
 void GraphEditorFrame::onClose(wxCloseEvent& event) {
     if (event.CanVeto() && !confirmDiscard()) {
         event.Veto();
         return;
     }
+    if (m_settings)
+        m_settings->setWindowSize(settingsName, GetSize());
     m_pane->tool().cancel();
     Destroy();
 }
@@ -205,6 +237,7 @@ bool GraphEditorFrame::loadGraph(const std::string& fileName) {
         console() << "The graph editor kept its graph: '" << name << "' could not be loaded.\n";
         return false;
     }
+    remember(name);
     sceneReplaced();
     m_pane->canvas().zoomToFit();
     return true;
@@ -233,6 +266,7 @@ bool GraphEditorFrame::importGraph(const std::string& fileName) {
     }
     if (!report(result))
         return false;
+    remember(name);
     sceneReplaced();
     m_pane->canvas().zoomToFit();
     return true;
@@ -245,7 +279,10 @@ bool GraphEditorFrame::exportGraph(const std::string& fileName) {
     if (name.empty())
         return false;
     m_pane->tool().cancel();
-    return report(m_document.exportGraph(name));
+    if (!report(m_document.exportGraph(name)))
+        return false;
+    remember(name);
+    return true;
 }
 
 bool GraphEditorFrame::saveGraph(const std::string& fileName) {
@@ -256,6 +293,8 @@ bool GraphEditorFrame::saveGraph(const std::string& fileName) {
         return false;
     m_pane->tool().cancel();
     const bool saved = report(m_document.save(name));
+    if (saved)
+        remember(name);
     // A save under a new name shows the scene anew (models are found beside the file).
     sceneReplaced();
     return saved;

@@ -15,6 +15,7 @@
 #include "gui/EditingToolbar.h"
 #include "gui/EditorPrompts.h"
 #include "gui/GraphPane.h"
+#include "gui/UserSettings.h"
 #include "gui/edit/GraphDocument.h"
 #include "gui/icons/ToolIcons.h"
 
@@ -58,7 +59,10 @@ class GraphEditorFrame : public wxFrame {
         kVrInterface,
         kImportGraph,
         kExportGraph,
-        kFirstTool  // the toolbar's tools follow, in toolbar order
+        kRecentFiles,  // the submenu; its files take the ids after it
+        kFirstRecent,
+        // The toolbar's tools follow, in toolbar order.
+        kFirstTool = kFirstRecent + static_cast<int>(UserSettings::kRecentCount)
     };
     static int toolId(ToolbarTool tool) { return kFirstTool + static_cast<int>(tool); }
 
@@ -72,6 +76,10 @@ class GraphEditorFrame : public wxFrame {
     EditorPrompts& prompts() { return *m_prompts; }
     // Null: the toolkit's boxes again.
     void setPrompts(std::unique_ptr<EditorPrompts> prompts);
+    // Where the files this editor reads and writes are listed and its size is kept (it takes the
+    // size kept there now); null: nothing is kept. The settings outlive the editor.
+    void useSettings(UserSettings* settings);
+    static constexpr const char* settingsName = "graph editor";
 
     // Commands, as the menus run them. Each asks its questions through the prompts.
     void newGraph();
@@ -119,10 +127,15 @@ class GraphEditorFrame : public wxFrame {
     bool report(const EditResult& result);
 
     void onCommand(wxCommandEvent& event);
+    void onMenuOpen(wxMenuEvent& event);
+    // A file this editor read or wrote goes to the front of the recent ones.
+    void remember(const std::string& fileName);
     void onClose(wxCloseEvent& event);
     void onKey(wxKeyEvent& event);
 
     std::unique_ptr<EditorPrompts> m_prompts;
+    UserSettings* m_settings = nullptr;
+    wxMenu* m_recentMenu = nullptr;  // in the File menu
     GraphDocument m_document;
     std::unique_ptr<EditingToolbar> m_toolBar;
     std::unique_ptr<GraphPane> m_pane;

@@ -167,6 +167,9 @@ void expectMenus(const wxMenuBar* bar, const std::vector<MenuRow>& expected) {
 
 class AppGuiTest : public ::testing::Test {
   protected:
+    // What the program keeps for its user goes to a folder of the test's own.
+    test::TempFolder configFolder_;
+    test::ScopedEnvironment config_{"XDG_CONFIG_HOME", configFolder_.path()};
     void SetUp() override {
         if (!toolkit->ready()) {
             // scripts/test starts a display and sets this: there a skip would hide a GUI
@@ -315,6 +318,7 @@ TEST_F(AppGuiTest, MenusHaveTheirLabelsIdsAndStates) {
                                         {"&New graphrule...", 8, true},
                                         {"&New Koral module...", 9, true},
                                         {"&New Koral interpreter...", 10, true},
+                                        {"Recent &files", 11, true},
                                         {nullptr, 0, false},
                                         {"E&xit...", 1, true}}},
                                       {"&Vellum", {{"&About...", 6, true}}}});
@@ -376,6 +380,47 @@ TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
     EXPECT_NE(capture_.text().find("Not opened: 'notes.txt' is no graph (.dg, .graphml, .gxl, "
                                    ".dot), rule (.drl) or module (.mod) file."),
               std::string::npos);
+}
+
+TEST_F(AppGuiTest, RecentFilesAndEditorSizesAreKeptInTheUsersConfiguration) {
+    const std::string settings = configFolder_.path("vellum/settings.conf");
+    ASSERT_NE(main_->settings(), nullptr);
+    EXPECT_EQ(main_->settings()->fileName(), settings);
+    test::TempFolder folder;
+    const std::string first = folder.write("first.dg", "directed graph { vertex 1 { } }\n");
+    const std::string second = folder.write("second.dg", "directed graph { }\n");
+    GraphEditorFrame* editor = main_->openGraphEditor(first);
+    ASSERT_TRUE(editor->saveGraph(second));
+    editor->SetSize(wxSize(700, 500));
+    EXPECT_TRUE(editor->Close());
+    wxTheApp->ProcessIdle();
+
+    // Another run reads the same file: newest first, each file once.
+    UserSettings again(settings);
+    EXPECT_EQ(again.recentFiles("graphs"), (std::vector<std::string>{second, first}));
+    EXPECT_EQ(again.recentFiles("all"), (std::vector<std::string>{second, first}));
+    EXPECT_EQ(again.windowSize(GraphEditorFrame::settingsName), wxSize(700, 500));
+
+    // The main frame's submenu lists them when the menu opens, and opens the one chosen in
+    // an editor of the size last kept.
+    wxMenuEvent open(wxEVT_MENU_OPEN);
+    main_->ProcessWindowEvent(open);
+    wxMenu* recent = main_->GetMenuBar()->FindItem(MainFrame::kRecentFiles)->GetSubMenu();
+    ASSERT_EQ(recent->GetMenuItemCount(), 2u);
+    EXPECT_EQ(recent->FindItemByPosition(0)->GetItemLabelText().utf8_string(),
+              "1 second.dg   " + folder.path());
+    EXPECT_TRUE(command(main_, MainFrame::kFirstRecent + 1));
+    auto* reopened = dynamic_cast<GraphEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(reopened, nullptr);
+    EXPECT_EQ(reopened->GetTitle(), "3D Graph Editor - " + first);
+    EXPECT_EQ(reopened->GetSize(), wxSize(700, 500));
+
+    // Deleted files drop out of the list; a damaged file gives defaults.
+    std::filesystem::remove(second);
+    EXPECT_EQ(again.recentFiles("graphs"), (std::vector<std::string>{first}));
+    std::ofstream(settings) << "[Windows/graph editor]\nWidth=-5\nHeight=x\n[Recent\n";
+    EXPECT_EQ(again.windowSize(GraphEditorFrame::settingsName), std::nullopt);
+    EXPECT_TRUE(again.recentFiles("graphs").empty());
 }
 
 TEST_F(AppGuiTest, NewKoralModuleAndModuleFilesOnTheCommandLineOpenModuleEditors) {

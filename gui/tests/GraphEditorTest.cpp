@@ -196,7 +196,7 @@ TEST_F(GraphEditorTest, ShowsItsTitleToolsAndMenus) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> menus = {
         {"&File",
          {"&New graph...", "&Load graph...", "&Save graph...", "&Import...", "&Export...",
-          "L&ayout graph...", "Screens&hot...", "E&xit"}},
+          "L&ayout graph...", "Screens&hot...", "Recent &files", "E&xit"}},
         {"&Edit", {"&Undo...", "&Redo...", "&Copy...", "&Delete..."}},
         {"&Options",
          {"&Hide ground...", "&Wireframe ground...", "&Solid ground...", "&Transparent ground...",
