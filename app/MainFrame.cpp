@@ -119,7 +119,9 @@ ModuleEditorFrame* MainFrame::openModuleEditor(const std::string& fileName) {
 }
 
 InterpreterFrame* MainFrame::openInterpreter(std::unique_ptr<EditorPrompts> prompts) {
-    return new InterpreterFrame(this, std::move(prompts));
+    auto* interpreter = new InterpreterFrame(this, std::move(prompts));
+    interpreter->useSettings(settings_.get());
+    return interpreter;
 }
 
 void MainFrame::onNewGraph(wxCommandEvent&) {

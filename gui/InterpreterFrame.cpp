@@ -449,7 +449,20 @@ void InterpreterFrame::endRun() {
     finishRun();
 }
 
+void InterpreterFrame::useSettings(UserSettings* settings) {
+    m_settings = settings;
+    if (!m_settings)
+        return;
+    if (const std::optional<wxSize> size = m_settings->windowSize(settingsName))
+        SetSize(*size);
+    // A kept layout that no longer loads is said on the console, and the frame has none.
+    if (const std::string layout = m_settings->choice("interpreter/layout"); !layout.empty())
+        useLayout(layout);
+}
+
 void InterpreterFrame::onClose(wxCloseEvent& event) {
+    if (m_settings)
+        m_settings->setWindowSize(settingsName, GetSize());
     // The worker goes before the windows and the graph it uses.
     m_runEnded = nullptr;
     endRun();
@@ -494,6 +507,8 @@ bool InterpreterFrame::chooseLayout() {
     m_layout = dialog.takeLibrary();
     m_listener.setLayout(m_layout.get());
     enableCommands();
+    if (m_settings)
+        m_settings->setChoice("interpreter/layout", m_layout->name());
     return true;
 }
 

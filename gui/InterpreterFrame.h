@@ -22,6 +22,7 @@
 #include "gui/InterpreterListener.h"
 #include "gui/SourceDisplay.h"
 #include "gui/TPXCanvas.h"
+#include "gui/UserSettings.h"
 #include "gui/view/GraphScene.h"
 #include "gui/view/StepPictureWriter.h"
 #include "koral/KoralCPU.h"
@@ -125,6 +126,10 @@ class InterpreterFrame : public wxFrame {
     bool useLayout(const std::string& name);
     // The chosen layout's own settings dialog; refused while a run goes or with none chosen.
     bool configureLayout();
+    // Where the frame's size and its layout choice are kept: it takes the size and the layout
+    // kept there now, and keeps what the user chooses from then on; null: nothing is kept.
+    void useSettings(UserSettings* settings);
+    static constexpr const char* settingsName = "interpreter";
     void setGround(TPXgroundMode mode);
     void chooseBackground();
 
@@ -157,6 +162,7 @@ class InterpreterFrame : public wxFrame {
     void onClose(wxCloseEvent& event);
 
     std::unique_ptr<EditorPrompts> m_prompts;
+    UserSettings* m_settings = nullptr;
     std::unique_ptr<DirectedGraph> m_graph;
     std::unique_ptr<GraphScene> m_scene;  // shows m_graph; changed by the worker under m_sceneLock
     std::mutex m_sceneLock;

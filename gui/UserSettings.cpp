@@ -109,6 +109,20 @@ void UserSettings::setWindowSize(const std::string& window, const wxSize& size) 
     config->Flush();
 }
 
+std::string UserSettings::choice(const std::string& key) const {
+    std::unique_ptr<wxFileConfig> config = open(m_fileName);
+    wxString value;
+    config->Read("/Choices/" + wxString::FromUTF8(key), &value);
+    return value.utf8_string();
+}
+
+void UserSettings::setChoice(const std::string& key, const std::string& value) {
+    std::unique_ptr<wxFileConfig> config = open(m_fileName);
+    config->Write("/Choices/" + wxString::FromUTF8(key), wxString::FromUTF8(value));
+    wxLogNull quiet;  // an unwritable folder: nothing is kept, nobody is interrupted
+    config->Flush();
+}
+
 void fillRecentMenu(wxMenu& menu, const std::vector<std::string>& files, int firstId) {
     while (menu.GetMenuItemCount() > 0)
         menu.Destroy(menu.FindItemByPosition(0));

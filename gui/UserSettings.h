@@ -35,6 +35,10 @@ class UserSettings {
     std::optional<wxSize> windowSize(const std::string& window) const;
     void setWindowSize(const std::string& window, const wxSize& size);
 
+    // A choice kept under `key` ("interpreter/layout"); empty when none was.
+    std::string choice(const std::string& key) const;
+    void setChoice(const std::string& key, const std::string& value);
+
   private:
     std::string m_fileName;
 };

@@ -415,6 +415,15 @@ TEST_F(AppGuiTest, RecentFilesAndEditorSizesAreKeptInTheUsersConfiguration) {
     EXPECT_EQ(reopened->GetTitle(), "3D Graph Editor - " + first);
     EXPECT_EQ(reopened->GetSize(), wxSize(700, 500));
 
+    // A new interpreter takes the layout last chosen, and its size.
+    test::ScopedEnvironment layouts{"VellumLayout", pluginDirectory() + "/"};
+    again.setChoice("interpreter/layout", "sphere");
+    again.setWindowSize(InterpreterFrame::settingsName, wxSize(640, 480));
+    InterpreterFrame* interpreter = main_->openInterpreter();
+    ASSERT_NE(interpreter->layout(), nullptr) << capture_.text();
+    EXPECT_EQ(interpreter->layout()->name(), "sphere");
+    EXPECT_EQ(interpreter->GetSize(), wxSize(640, 480));
+
     // Deleted files drop out of the list; a damaged file gives defaults.
     std::filesystem::remove(second);
     EXPECT_EQ(again.recentFiles("graphs"), (std::vector<std::string>{first}));
