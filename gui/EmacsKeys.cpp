@@ -167,7 +167,17 @@ KeySequences::Outcome KeySequences::press(const KeyStroke& stroke) {
     // its own.
     const bool hadPrefix = typed_.size() > 1;
     typed_.clear();
-    return hadPrefix ? press(stroke) : Outcome{};
+    if (hadPrefix)
+        return press(stroke);
+    // Most keyboards have no Meta key of their own (X puts Meta_L beside Alt), so Alt stands for
+    // Meta where no Alt binding has the key: a:f is forward-word, a:v stays paste.
+    if (stroke.alt) {
+        KeyStroke meta = stroke;
+        meta.alt = false;
+        meta.meta = true;
+        return press(meta);
+    }
+    return {};
 }
 
 }  // namespace vellum

@@ -70,7 +70,7 @@ std::vector<KeyStroke> parseKeys(const std::string& keys);
 
 // The key sequence being typed: each stroke either completes a binding, continues one (an
 // Escape or Control-x waits for its second key), or is none of the editor's own, which then
-// leaves it to the text control.
+// leaves it to the text control. Alt acts as Meta for keys that only a Meta binding has.
 class KeySequences {
   public:
     KeySequences();

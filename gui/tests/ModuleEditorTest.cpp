@@ -230,6 +230,9 @@ TEST_F(ModuleEditorTest, EveryKeyBindingDoesItsAction) {
         {"c:d a:z", 0, -1, start, 1},
         {"c:d c:x;u", 0, -1, start, 1},
         {"c:d c:s:_ c:s:+", 0, -1, "lpha beta gamma\nsecond line here\nthird", 0},
+        // Alt acts as Meta where no Alt binding has the key.
+        {"a:f", 0, -1, start, 5},
+        {"a:s:>", 0, -1, start, 39},
         // A prefix followed by a key it does not bind is dropped; the key acts on its own.
         {"c:x c:e", 0, -1, start, 16},
         {"ESC c:e", 0, -1, start, 16},
