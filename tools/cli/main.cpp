@@ -1,5 +1,7 @@
 // vellum-cli: Vellum without a display. Dispatches to one subcommand; the console log goes to
 // standard output, the readers' errors with their places to standard error.
+#include <malloc.h>
+
 #include <iostream>
 #include <string>
 
@@ -23,10 +25,20 @@ void printUsage(std::ostream& out) {
     }
 }
 
+// A run builds and drops graphs of hundreds of megabytes on the interpreter's thread, whose heap
+// grows and shrinks by a system call per step: by default a step of 128 KB, and freeing a large
+// graph returned its memory a little at a time. Larger steps and no giving back before the
+// program ends save about a tenth of such a run's processor time.
+void tuneHeapForLargeGraphs() {
+    mallopt(M_TOP_PAD, 64 << 20);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     using namespace vellum::cli;
+    tuneHeapForLargeGraphs();
     vellum::applyBundledDefaults();
     if (argc < 2) {
         printUsage(std::cerr);
