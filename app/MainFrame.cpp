@@ -90,9 +90,9 @@ bool MainFrame::openFile(const std::string& file) {
                      "file.\n";
         return false;
     }
-    if (settings_ && !endsWith(file, ".dg") && !endsWith(file, ".graphml") &&
-        !endsWith(file, ".gxl") && !endsWith(file, ".dot") && !endsWith(file, ".gv"))
-        settings_->addRecentFile(endsWith(file, ".drl") ? "rules" : "modules", file);
+    // The module editor keeps no list of its own: the main frame's has its files.
+    if (settings_ && endsWith(file, ".mod"))
+        settings_->addRecentFile("modules", file);
     return true;
 }
 
@@ -106,6 +106,7 @@ GraphEditorFrame* MainFrame::openGraphEditor(const std::string& fileName) {
 
 RuleEditorFrame* MainFrame::openRuleEditor(const std::string& fileName) {
     auto* editor = new RuleEditorFrame(this);
+    editor->useSettings(settings_.get());
     if (!fileName.empty())
         editor->loadRule(fileName);
     return editor;

@@ -97,6 +97,8 @@ void RuleEditorFrame::buildMenus() {
     file->Append(kExportPicture, "E&xport picture...");
     file->Append(kTryOnGraph, "&Try on graph...");
     file->Append(kScreenshot, "Screens&hot...");
+    m_recentMenu = new wxMenu;
+    file->Append(kRecentFiles, "Recent &files", m_recentMenu);
     file->Append(kExit, "&Close");
 
     auto* edit = new wxMenu;
@@ -198,12 +200,30 @@ void RuleEditorFrame::bindEvents() {
          kFirstTool + static_cast<int>(toolbarToolCount) - 1);
     Bind(wxEVT_CLOSE_WINDOW, &RuleEditorFrame::onClose, this);
     Bind(wxEVT_CHAR_HOOK, &RuleEditorFrame::onKey, this);
+    Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
+        event.Skip();
+        fillRecentMenu(*m_recentMenu,
+                       m_settings ? m_settings->recentFiles("rules") : std::vector<std::string>{},
+                       kFirstRecent);
+    });
+}
+
+void RuleEditorFrame::useSettings(UserSettings* settings) {
+    m_settings = settings;
+    if (m_settings)
+        if (const std::optional<wxSize> size = m_settings->windowSize(settingsName))
+            SetSize(*size);
 }
 
 void RuleEditorFrame::onCommand(wxCommandEvent& event) {
     const int id = event.GetId();
     if (m_toolBar->handle(id))
         return;
+    if (id >= kFirstRecent && id < kFirstTool) {
+        if (const wxMenuItem* item = m_recentMenu->FindItem(id))
+            loadRule(item->GetHelp().utf8_string());
+        return;
+    }
     switch (id) {
         case kNewRule:
             return newRule();
@@ -259,6 +279,8 @@ void RuleEditorFrame::onClose(wxCloseEvent& event) {
         event.Veto();
         return;
     }
+    if (m_settings)
+        m_settings->setWindowSize(settingsName, GetSize());
     cancelTools();
     Destroy();
 }
@@ -337,6 +359,8 @@ bool RuleEditorFrame::loadRule(const std::string& fileName) {
         console() << "The rule editor kept its rule: '" << name << "' could not be loaded.\n";
         return false;
     }
+    if (m_settings)
+        m_settings->addRecentFile("rules", name);
     scenesReplaced();
     activePane().zoomToFit();
     cameraMoved(m_active);
@@ -351,6 +375,8 @@ bool RuleEditorFrame::saveRule(const std::string& fileName) {
         return false;
     cancelTools();
     const bool saved = report(m_document.save(name));
+    if (saved && m_settings)
+        m_settings->addRecentFile("rules", name);
     documentChanged();
     return saved;
 }

@@ -17,6 +17,7 @@
 #include "gui/EditingToolbar.h"
 #include "gui/EditorPrompts.h"
 #include "gui/GraphPane.h"
+#include "gui/UserSettings.h"
 #include "gui/edit/RuleDocument.h"
 
 namespace vellum {
@@ -56,7 +57,10 @@ class RuleEditorFrame : public wxFrame {
         kTransparentGround,
         kBackground,
         kCoupleCameras,
-        kFirstTool  // the toolbar's tools follow, in toolbar order
+        kRecentFiles,  // the submenu; its files take the ids after it
+        kFirstRecent,
+        // The toolbar's tools follow, in toolbar order.
+        kFirstTool = kFirstRecent + static_cast<int>(UserSettings::kRecentCount)
     };
     static int toolId(ToolbarTool tool) { return kFirstTool + static_cast<int>(tool); }
 
@@ -70,6 +74,10 @@ class RuleEditorFrame : public wxFrame {
     // Makes `side` the one the toolbar acts on (what a click in its canvas does).
     void activate(RuleSide side);
     EditorPrompts& prompts() { return *m_prompts; }
+    // Where the rule files this editor reads and writes are listed and its size is kept (it
+    // takes the size kept there now); null: nothing is kept. The settings outlive the editor.
+    void useSettings(UserSettings* settings);
+    static constexpr const char* settingsName = "rule editor";
     void setPrompts(std::unique_ptr<EditorPrompts> prompts);
 
     // Commands, as the menus run them. Each asks its questions through the prompts.
@@ -121,6 +129,8 @@ class RuleEditorFrame : public wxFrame {
     void onKey(wxKeyEvent& event);
 
     std::unique_ptr<EditorPrompts> m_prompts;
+    UserSettings* m_settings = nullptr;
+    wxMenu* m_recentMenu = nullptr;  // in the File menu
     RuleDocument m_document;
     std::unique_ptr<EditingToolbar> m_toolBar;
     std::unique_ptr<GraphPane> m_left;

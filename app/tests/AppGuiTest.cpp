@@ -415,6 +415,14 @@ TEST_F(AppGuiTest, RecentFilesAndEditorSizesAreKeptInTheUsersConfiguration) {
     EXPECT_EQ(reopened->GetTitle(), "3D Graph Editor - " + first);
     EXPECT_EQ(reopened->GetSize(), wxSize(700, 500));
 
+    // The rule editor keeps its own list.
+    const std::string rule = folder.copy(std::string(VELLUM_EXAMPLES_DIR) + "/mutex/take.drl",
+                                         "take.drl");
+    RuleEditorFrame* ruleEditor = main_->openRuleEditor(rule);
+    EXPECT_EQ(ruleEditor->GetTitle(), "3D Rule Editor - " + rule);
+    EXPECT_EQ(again.recentFiles("rules"), (std::vector<std::string>{rule}));
+    EXPECT_EQ(again.recentFiles("all").front(), rule);
+
     // A new interpreter takes the layout last chosen, and its size.
     test::ScopedEnvironment layouts{"VellumLayout", pluginDirectory() + "/"};
     again.setChoice("interpreter/layout", "sphere");
