@@ -90,9 +90,6 @@ bool MainFrame::openFile(const std::string& file) {
                      "file.\n";
         return false;
     }
-    // The module editor keeps no list of its own: the main frame's has its files.
-    if (settings_ && endsWith(file, ".mod"))
-        settings_->addRecentFile("modules", file);
     return true;
 }
 
@@ -114,6 +111,7 @@ RuleEditorFrame* MainFrame::openRuleEditor(const std::string& fileName) {
 
 ModuleEditorFrame* MainFrame::openModuleEditor(const std::string& fileName) {
     auto* editor = new ModuleEditorFrame(this);
+    editor->useSettings(settings_.get());
     if (!fileName.empty())
         editor->loadModule(fileName);
     return editor;

@@ -399,6 +399,8 @@ bool ModuleEditorFrame::loadModule(const std::string& fileName) {
     m_file = file;
     setText(bytes);
     updateTitle();
+    if (m_settings)
+        m_settings->addRecentFile("modules", file);
     return true;
 }
 
@@ -421,6 +423,8 @@ bool ModuleEditorFrame::saveModule(const std::string& fileName) {
     m_file = file;
     m_text->SetSavePoint();
     updateTitle();
+    if (m_settings)
+        m_settings->addRecentFile("modules", file);
     return true;
 }
 
@@ -507,11 +511,20 @@ bool ModuleEditorFrame::runUnit() {
     return frame->startUnit(module->file(), unit);
 }
 
+void ModuleEditorFrame::useSettings(UserSettings* settings) {
+    m_settings = settings;
+    if (m_settings)
+        if (const std::optional<wxSize> size = m_settings->windowSize(settingsName))
+            SetSize(*size);
+}
+
 void ModuleEditorFrame::onClose(wxCloseEvent& event) {
     if (event.CanVeto() && !confirmDiscard()) {
         event.Veto();
         return;
     }
+    if (m_settings)
+        m_settings->setWindowSize(settingsName, GetSize());
     Destroy();
 }
 

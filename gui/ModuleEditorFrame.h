@@ -16,6 +16,7 @@
 #include "gui/EditorPrompts.h"
 #include "gui/EmacsKeys.h"
 #include "gui/InterpreterFrame.h"
+#include "gui/UserSettings.h"
 #include "koral/KoralModule.h"
 #include "koral/ModuleHighlighter.h"
 
@@ -65,6 +66,11 @@ class ModuleEditorFrame : public wxFrame {
     // The interpreter frame that the last run went to, while it is open; else null.
     InterpreterFrame* interpreter() const { return m_interpreter.get(); }
     void setInterpreterMaker(InterpreterMaker maker) { m_makeInterpreter = std::move(maker); }
+    // Where the modules it reads and writes are listed (the main frame shows the list: this
+    // frame's menus are fixed) and its size is kept; it takes the size kept there now. Null:
+    // nothing is kept. The settings outlive the editor.
+    void useSettings(UserSettings* settings);
+    static constexpr const char* settingsName = "module editor";
 
     // Commands, as the menus run them; each asks its questions through the prompts.
     // An empty untitled module, after confirmDiscard(). False when the user kept the text.
@@ -111,6 +117,7 @@ class ModuleEditorFrame : public wxFrame {
     void onClose(wxCloseEvent& event);
 
     std::unique_ptr<EditorPrompts> m_prompts;
+    UserSettings* m_settings = nullptr;
     wxStyledTextCtrl* m_text;         // child window, owned by the frame
     ModuleHighlighter m_highlighter;  // in step with the text after every change
     KeySequences m_keys;

@@ -416,12 +416,18 @@ TEST_F(AppGuiTest, RecentFilesAndEditorSizesAreKeptInTheUsersConfiguration) {
     EXPECT_EQ(reopened->GetSize(), wxSize(700, 500));
 
     // The rule editor keeps its own list.
-    const std::string rule = folder.copy(std::string(VELLUM_EXAMPLES_DIR) + "/mutex/take.drl",
-                                         "take.drl");
+    const std::string rule =
+        folder.copy(std::string(VELLUM_EXAMPLES_DIR) + "/mutex/take.drl", "take.drl");
     RuleEditorFrame* ruleEditor = main_->openRuleEditor(rule);
     EXPECT_EQ(ruleEditor->GetTitle(), "3D Rule Editor - " + rule);
     EXPECT_EQ(again.recentFiles("rules"), (std::vector<std::string>{rule}));
     EXPECT_EQ(again.recentFiles("all").front(), rule);
+    // The module editor's menus are fixed: its files reach the main frame's list.
+    const std::string module =
+        folder.copy(std::string(VELLUM_EXAMPLES_DIR) + "/mutex/mutex.mod", "mutex.mod");
+    EXPECT_TRUE(main_->openModuleEditor(module)->saveModule());
+    EXPECT_EQ(again.recentFiles("modules"), (std::vector<std::string>{module}));
+    EXPECT_EQ(again.recentFiles("all").front(), module);
 
     // A new interpreter takes the layout last chosen, and its size.
     test::ScopedEnvironment layouts{"VellumLayout", pluginDirectory() + "/"};
