@@ -23,8 +23,8 @@ std::optional<int> readNumber(const std::string& text, int low, int high) {
 }  // namespace
 
 const char* commandLineUsage() {
-    return "usage: vellum [FILE.dg | FILE.graphml | FILE.gxl | FILE.dot | FILE.drl | FILE.mod "
-           "...]\n"
+    return "usage: vellum [FILE.dg | FILE.graphml | FILE.gxl | FILE.dot | FILE.drl | FILE.mod | "
+           "FILE.3rd ...]\n"
            "       vellum --run MODULE UNIT GRAPH [--snooze MS] [--layout NAME] "
            "[--quit-when-done]\n";
 }

@@ -84,10 +84,12 @@ bool MainFrame::openFile(const std::string& file) {
     else if (endsWith(file, ".graphml") || endsWith(file, ".gxl") || endsWith(file, ".dot") ||
              endsWith(file, ".gv"))
         openGraphEditor()->importGraph(file);
+    else if (endsWith(file, ".3rd"))
+        openGraphEditor()->showModel(file);
     else {
         console() << "Not opened: '" << file
-                  << "' is no graph (.dg, .graphml, .gxl, .dot), rule (.drl) or module (.mod) "
-                     "file.\n";
+                  << "' is no graph (.dg, .graphml, .gxl, .dot), rule (.drl), module (.mod) or "
+                     "model (.3rd) file.\n";
         return false;
     }
     return true;

@@ -1,5 +1,7 @@
 #include "gui/GraphEditorFrame.h"
 
+#include <filesystem>
+
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
@@ -282,6 +284,22 @@ bool GraphEditorFrame::exportGraph(const std::string& fileName) {
     if (!report(m_document.exportGraph(name)))
         return false;
     remember(name);
+    return true;
+}
+
+bool GraphEditorFrame::showModel(const std::string& fileName) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(fileName, error)) {
+        console() << "Could not load gometry '" << fileName << "' !!!\n";
+        return false;
+    }
+    // Found wherever the graph is saved later.
+    const std::string path = std::filesystem::absolute(fileName, error).lexically_normal().string();
+    m_pane->tool().cancel();
+    if (!m_document.insertVertex(path, {}))
+        return false;
+    documentChanged();
+    m_pane->canvas().zoomToFit();
     return true;
 }
 

@@ -92,6 +92,9 @@ class GraphEditorFrame : public wxFrame {
     bool importGraph(const std::string& fileName = {});
     // The graph into a file of another tool; the editor keeps its file and state.
     bool exportGraph(const std::string& fileName = {});
+    // A 3D model file shown as a vertex of the graph, at the origin, in view; false when the
+    // file is not there.
+    bool showModel(const std::string& fileName);
     // Shows `graph`'s elements (which it takes) as an untitled, unmodified graph.
     void adoptGraph(DirectedGraph& graph);
     void layoutGraph();

@@ -5,6 +5,7 @@
 #include "app/Startup.h"
 #include "base/Console.h"
 #include "base/Paths.h"
+#include "graph/StringAttribute.h"
 #include "gui/GraphEditorFrame.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
@@ -378,8 +379,22 @@ TEST_F(AppGuiTest, NewGraphAndGraphFilesOnTheCommandLineOpenEditors) {
     for (GraphEditorFrame* opened : editors)
         EXPECT_EQ(opened->document().graph().vertexCount(), 1u);
     EXPECT_NE(capture_.text().find("Not opened: 'notes.txt' is no graph (.dg, .graphml, .gxl, "
-                                   ".dot), rule (.drl) or module (.mod) file."),
+                                   ".dot), rule (.drl), module (.mod) or model (.3rd) file."),
               std::string::npos);
+
+    // A model is shown as the one vertex of a new graph.
+    main_->Destroy();
+    wxTheApp->ProcessIdle();
+    const std::string model = std::string(VELLUM_EXAMPLES_DIR) + "/models/house.3rd";
+    main_ = startUp({model});
+    auto* viewer = dynamic_cast<GraphEditorFrame*>(main_->GetChildren().GetLast()->GetData());
+    ASSERT_NE(viewer, nullptr);
+    ASSERT_EQ(viewer->document().graph().vertexCount(), 1u);
+    const auto* shape = dynamic_cast<const StringAttribute*>(
+        viewer->document().graph().vertices().begin()->findAttribute("representation"));
+    ASSERT_NE(shape, nullptr);
+    EXPECT_EQ(std::filesystem::path(shape->value()).filename(), "house.3rd");
+    EXPECT_EQ(capture_.text().find("gometry"), std::string::npos) << capture_.text();
 }
 
 TEST_F(AppGuiTest, RecentFilesAndEditorSizesAreKeptInTheUsersConfiguration) {
