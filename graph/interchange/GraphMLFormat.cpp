@@ -18,6 +18,12 @@ namespace {
 
 constexpr const char* kVectorDescription = "vector";
 
+// The vectors of every vertex's look: read as vectors when their text is numbers even without
+// the <desc>, which other programs drop when they write a file again.
+bool isLookVector(const std::string& name) {
+    return name == "position" || name == "orientation" || name == "scale" || name == "color";
+}
+
 struct Key {
     std::string name;
     std::string type;  // attr.type; empty for keys of other kinds (yEd's graphics)
@@ -124,10 +130,12 @@ class GraphMLReader : public XmlGraphReader {
             if (auto number = realFrom(text))
                 attribute = std::make_unique<RealAttribute>(key.name, *number);
         } else if (type == "string") {
-            if (!key.vector)
+            if (key.vector || isLookVector(key.name)) {
+                if (auto numbers = numbersFrom(text))
+                    attribute = std::make_unique<VectorAttribute>(key.name, *numbers);
+            }
+            if (!attribute && !key.vector)
                 attribute = std::make_unique<StringAttribute>(key.name, text);
-            else if (auto numbers = numbersFrom(text))
-                attribute = std::make_unique<VectorAttribute>(key.name, *numbers);
         } else {
             graph_.note("the key '" + key.name + "' of the unknown type '" + type +
                         "' is read as a string");
@@ -186,14 +194,13 @@ class GraphMLWriter {
                 return false;
             out_ << "    </node>\n";
         }
-        std::size_t count = 0;
+        // Edges without ids: programs that keep an id as data (NetworkX) would hand it back as
+        // an attribute.
         for (const DirectedGraphEdge& edge : graph.edges()) {
-            const std::string id = "e" + std::to_string(++count);
             const std::string& source = ids[edge.source()];
             const std::string& target = ids[edge.target()];
-            out_ << "    <edge id=\"" << id << "\" source=\"" << source << "\" target=\"" << target
-                 << "\">\n";
-            if (!writeData("edge", edge, foreignEdge(id, source, target)))
+            out_ << "    <edge source=\"" << source << "\" target=\"" << target << "\">\n";
+            if (!writeData("edge", edge, foreignEdge("", source, target)))
                 return false;
             out_ << "    </edge>\n";
         }

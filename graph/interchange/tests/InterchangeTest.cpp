@@ -136,6 +136,14 @@ TEST(Interchange, FilesOfOtherProgramsRead) {
         "2->3 [works_at] weight:real=2.5\n");
     EXPECT_NE(console.text().find("node 'alice': the attribute 'city' '"), std::string::npos);
 
+    // A graph of Vellum's, exported, read and written again by NetworkX (which drops the
+    // vectors' <desc>), comes back equal.
+    DirectedGraph original;
+    ASSERT_TRUE(importGraph(std::string(VELLUM_EXAMPLES_DIR) + "/models/gallery.dg", original));
+    console.reset();
+    ASSERT_TRUE(importGraph(kData + "/gallery-networkx.graphml", graph)) << console.text();
+    EXPECT_EQ(describe(graph), describe(original));
+
     // Graphviz's own output: names as labels, its layout as positions in points.
     console.reset();
     ASSERT_TRUE(importGraph(kData + "/graphviz.dot", graph)) << console.text();
