@@ -327,8 +327,14 @@ void GraphEditorFrame::adoptGraph(DirectedGraph& graph) {
 
 void GraphEditorFrame::layoutGraph() {
     LayoutDialog dialog(this);
+    // The user's last choice comes first; one that no longer loads is simply not chosen.
+    if (m_settings)
+        if (const std::string kept = m_settings->choice(layoutChoice); !kept.empty())
+            dialog.choose(kept);
     if (m_prompts->showModal(dialog) != wxID_OK || !dialog.library())
         return;
+    if (m_settings)
+        m_settings->setChoice(layoutChoice, dialog.library()->name());
     m_pane->tool().cancel();
     // Painting at once shows the progress without handing control to the user mid-layout.
     report(m_document.layout(*dialog.library(), [this] { m_pane->canvas().paintNow(); }));

@@ -80,6 +80,7 @@ class GraphEditorFrame : public wxFrame {
     // size kept there now); null: nothing is kept. The settings outlive the editor.
     void useSettings(UserSettings* settings);
     static constexpr const char* settingsName = "graph editor";
+    static constexpr const char* layoutChoice = "graph editor/layout";
 
     // Commands, as the menus run them. Each asks its questions through the prompts.
     void newGraph();

@@ -577,6 +577,27 @@ TEST_F(GraphEditorTest, LayoutDialogListsTheLibrariesAndTheChosenOnePlacesTheVer
     EXPECT_TRUE(prompts_->asked.empty()) << messages();
     frame_->undo();
     EXPECT_DOUBLE_EQ(positionOf(*a).x(), positionOf(*b).x());
+
+    // With the user's settings, the choice is kept and the next dialog starts with it.
+    test::TempFolder kept;
+    UserSettings userSettings(kept.path("settings.conf"));
+    frame_->useSettings(&userSettings);
+    {
+        const test::ModalDialogScript again(
+            [](wxDialog& dialog) { EXPECT_TRUE(test::press(dialog, wxID_OK)); });
+        command(GraphEditorFrame::kLayoutGraph);
+        EXPECT_TRUE(again.ran());
+    }
+    EXPECT_EQ(userSettings.choice(GraphEditorFrame::layoutChoice), "force3d");
+    std::string preselected;
+    prompts_->onDialog = [&](wxDialog& dialog) {
+        if (auto* layout = dynamic_cast<LayoutDialog*>(&dialog); layout && layout->library())
+            preselected = layout->library()->name();
+        return wxID_CANCEL;
+    };
+    command(GraphEditorFrame::kLayoutGraph);
+    EXPECT_EQ(preselected, "force3d");
+    frame_->useSettings(nullptr);
 }
 
 // A user's whole session: the small factory of the Petri-net example built from nothing with
