@@ -7,11 +7,8 @@
 namespace vellum {
 namespace {
 
-// Hands an element that a list owned back to a unique_ptr, which destroys it.
-template <typename T>
-void destroy(T& object) {
-    std::unique_ptr<T> owned(&object);
-}
+// Every element takes a slot of the same size.
+constexpr std::size_t kSlotSize = std::max(sizeof(DirectedGraphVertex), sizeof(DirectedGraphEdge));
 
 // Puts `item` into `list` before the first element of a larger serial: lists kept in creation
 // order stay so when an element comes back.
@@ -43,56 +40,66 @@ const std::string& DirectedGraph::className() const {
 }
 
 bool DirectedGraph::contains(const GraphObject& object) const {
-    return object.inGraph() && object.label_->index == &labels_;
+    return object.inGraph() && object.bucket().index == &labels_;
 }
 
-DirectedGraphVertex* DirectedGraph::createVertex() {
-    std::unique_ptr<DirectedGraphVertex> vertex(new DirectedGraphVertex(labels_.emptyLabel()));
+ObjectPool& DirectedGraph::pool() {
+    if (!pool_)
+        pool_ = std::make_shared<ObjectPool>(kSlotSize);
+    return *pool_;
+}
+
+template <typename T>
+void DirectedGraph::destroy(T& object) {
+    pool_->destroy(&object);
+}
+
+DirectedGraphVertex* DirectedGraph::createVertex(std::string_view label) {
+    auto* vertex = pool().make<DirectedGraphVertex>(labels_.emptyLabel());
     vertex->serial_ = nextSerial_++;
     vertices_.pushBack(*vertex);
-    labels_.enter(*vertex);
-    return vertex.release();
+    labels_.enter(*vertex, label);
+    return vertex;
 }
 
 DirectedGraphEdge* DirectedGraph::createEdge(DirectedGraphVertex* source,
-                                             DirectedGraphVertex* target) {
+                                             DirectedGraphVertex* target, std::string_view label) {
     if (source == nullptr || target == nullptr || !contains(*source) || !contains(*target))
         return nullptr;
-    std::unique_ptr<DirectedGraphEdge> edge(
-        new DirectedGraphEdge(labels_.emptyLabel(), *source, *target));
+    auto* edge = pool().make<DirectedGraphEdge>(labels_.emptyLabel(), *source, *target);
     edge->serial_ = nextSerial_++;
     edges_.pushBack(*edge);
     source->outgoing_.pushBack(*edge);
     target->incoming_.pushBack(*edge);
-    labels_.enter(*edge);
-    return edge.release();
+    labels_.enter(*edge, label);
+    return edge;
 }
 
 bool DirectedGraph::took(const GraphObject& object) const {
-    return !object.inGraph() && object.label_->index == &labels_ &&
+    return !object.inGraph() && object.bucket().index == &labels_ &&
            !static_cast<const ListHook<GraphListTag>&>(object).linked();
 }
 
-std::unique_ptr<DirectedGraphEdge> DirectedGraph::takeEdge(DirectedGraphEdge* edge) {
+TakenEdge DirectedGraph::takeEdge(DirectedGraphEdge* edge) {
     if (edge == nullptr || !contains(*edge))
         return nullptr;
     unlinkEdge(*edge);
     edge->source_->outgoing_.erase(*edge);
     edge->target_->incoming_.erase(*edge);
     labels_.unlist(*edge);
-    return std::unique_ptr<DirectedGraphEdge>(edge);
+    return TakenEdge(edge, PooledDelete<DirectedGraphEdge>(pool_));
 }
 
-std::unique_ptr<DirectedGraphVertex> DirectedGraph::takeVertex(DirectedGraphVertex* vertex) {
+TakenVertex DirectedGraph::takeVertex(DirectedGraphVertex* vertex) {
     if (vertex == nullptr || !contains(*vertex) || !vertex->incoming_.empty() ||
         !vertex->outgoing_.empty())
         return nullptr;
     unlinkVertex(*vertex);
     labels_.unlist(*vertex);
-    return std::unique_ptr<DirectedGraphVertex>(vertex);
+    return TakenVertex(vertex, PooledDelete<DirectedGraphVertex>(pool_));
 }
 
-DirectedGraphVertex* DirectedGraph::restoreVertex(std::unique_ptr<DirectedGraphVertex>& vertex) {
+DirectedGraphVertex* DirectedGraph::restoreVertex(TakenVertex& vertex) {
     if (!vertex || !took(*vertex))
         return nullptr;
     insertBySerial(vertices_, *vertex);
@@ -100,7 +107,7 @@ DirectedGraphVertex* DirectedGraph::restoreVertex(std::unique_ptr<DirectedGraphV
     return vertex.release();
 }
 
-DirectedGraphEdge* DirectedGraph::restoreEdge(std::unique_ptr<DirectedGraphEdge>& edge) {
+DirectedGraphEdge* DirectedGraph::restoreEdge(TakenEdge& edge) {
     // A loop that lingers in its vertex's incoming list was removed, not taken.
     if (!edge || !took(*edge) || static_cast<ListHook<IncomingTag>&>(*edge).linked() ||
         !contains(*edge->source_) || !contains(*edge->target_))
@@ -239,6 +246,9 @@ void DirectedGraph::clear() {
         edge = next;
     }
     edges_.forgetAll();
+    // Elements taken for undo keep the pool alive; otherwise its slabs go at once.
+    if (pool_.use_count() == 1)
+        pool_.reset();
     labels_.reset();
     vertexCursor_ = nullptr;
     edgeCursor_ = nullptr;
@@ -254,6 +264,7 @@ void DirectedGraph::swap(DirectedGraph& other) noexcept {
     std::swap(vertexCursor_, other.vertexCursor_);
     std::swap(edgeCursor_, other.edgeCursor_);
     std::swap(nextSerial_, other.nextSerial_);
+    pool_.swap(other.pool_);
 }
 
 DirectedGraphVertex* DirectedGraph::firstVertex() {

@@ -28,6 +28,7 @@
 
 #include "graph/DirectedGraphVertex.h"
 #include "graph/LabelIndex.h"
+#include "graph/ObjectPool.h"
 
 namespace vellum {
 
@@ -39,6 +40,9 @@ using VerticesWithLabel = ListView<DirectedGraphVertex, LabelTag>;
 using ConstVerticesWithLabel = ListView<const DirectedGraphVertex, LabelTag>;
 using EdgesWithLabel = ListView<DirectedGraphEdge, LabelTag>;
 using ConstEdgesWithLabel = ListView<const DirectedGraphEdge, LabelTag>;
+// An element taken out of its graph for undo; dropping it destroys the element.
+using TakenVertex = std::unique_ptr<DirectedGraphVertex, PooledDelete<DirectedGraphVertex>>;
+using TakenEdge = std::unique_ptr<DirectedGraphEdge, PooledDelete<DirectedGraphEdge>>;
 
 class DirectedGraph {
   public:
@@ -54,11 +58,14 @@ class DirectedGraph {
     // refuse (rule application then gives result 2). Always true here.
     virtual bool isReady() const { return true; }
 
-    // A new vertex with an empty label and no attributes, appended to the vertex list.
-    DirectedGraphVertex* createVertex();
-    // A new edge appended to the edge list, the source's outgoing list and the target's
-    // incoming list. Null when either endpoint is not a vertex of this graph.
-    DirectedGraphEdge* createEdge(DirectedGraphVertex* source, DirectedGraphVertex* target);
+    // A new vertex with the label (empty by default) and no attributes, appended to the vertex
+    // list.
+    DirectedGraphVertex* createVertex(std::string_view label = {});
+    // A new edge with the label (empty by default) appended to the edge list, the source's
+    // outgoing list and the target's incoming list. Null when either endpoint is not a vertex
+    // of this graph.
+    DirectedGraphEdge* createEdge(DirectedGraphVertex* source, DirectedGraphVertex* target,
+                                  std::string_view label = {});
 
     // False when the argument is not an element of this graph (see the rules above).
     bool removeEdge(DirectedGraphEdge* edge);
@@ -74,16 +81,16 @@ class DirectedGraph {
     // Taking elements out and putting them back, for an editor's undo: a taken element is not
     // destroyed but handed to the caller, unchanged (label, attributes, serial), and restore
     // puts it back in its place by serial in every list it was in, so the graph is as before.
-    // A taken element must be restored or destroyed before this graph is cleared, swapped or
-    // destroyed, and only ever restored into this graph.
+    // A taken element must be restored or destroyed before this graph is cleared or swapped,
+    // and only ever restored into this graph; it may outlive the graph.
     // takeEdge: null when the edge is not in the graph; a loop leaves both of its vertex's lists.
-    std::unique_ptr<DirectedGraphEdge> takeEdge(DirectedGraphEdge* edge);
+    TakenEdge takeEdge(DirectedGraphEdge* edge);
     // takeVertex: null unless the vertex is in the graph with no edges (take those first).
-    std::unique_ptr<DirectedGraphVertex> takeVertex(DirectedGraphVertex* vertex);
+    TakenVertex takeVertex(DirectedGraphVertex* vertex);
     // restore: the element back in the graph; null, with `element` left to the caller, when it
     // is not a taken element of this graph or (an edge) one of its ends is not in the graph.
-    DirectedGraphVertex* restoreVertex(std::unique_ptr<DirectedGraphVertex>& vertex);
-    DirectedGraphEdge* restoreEdge(std::unique_ptr<DirectedGraphEdge>& edge);
+    DirectedGraphVertex* restoreVertex(TakenVertex& vertex);
+    DirectedGraphEdge* restoreEdge(TakenEdge& edge);
 
     // True when the object is a vertex or edge of this graph (and not removed).
     bool contains(const GraphObject& object) const;
@@ -111,6 +118,9 @@ class DirectedGraph {
     std::size_t vertexCount(std::string_view label) const;
     std::size_t edgeCount(std::string_view label) const;
 
+    // The label index itself, for callers that keep bucket pointers (see LabelIndex).
+    const LabelIndex& labelIndex() const { return labels_; }
+
     // The edges of the graph that leave (enter) `vertex`: all of them, or those labelled
     // `label`. Constant time (a vertex with many edges has its counts kept by the label index).
     // Unlike inDegree(), lingering self-loops do not count: they are no edges of the graph.
@@ -131,6 +141,10 @@ class DirectedGraph {
     DirectedGraphVertex* findVertexByAttribute(const Attribute& attribute) const;
 
   private:
+    ObjectPool& pool();
+    // Destroys an element that is in no list of the graph.
+    template <typename T>
+    void destroy(T& object);
     void unlinkVertex(DirectedGraphVertex& vertex);
     void unlinkEdge(DirectedGraphEdge& edge);
     // Destroys a vertex that is in no list of the graph, with its lingering self-loops.
@@ -145,7 +159,9 @@ class DirectedGraph {
 
     // Declared first so that it outlives the objects that point at its buckets.
     LabelIndex labels_;
-    // The lists own their elements (released from unique_ptr on creation, reclaimed on removal).
+    // Where the elements live; made with the first element, shared with elements taken out.
+    std::shared_ptr<ObjectPool> pool_;
+    // The lists own their elements (made in the pool, destroyed there on removal).
     IntrusiveList<DirectedGraphVertex, GraphListTag> vertices_;
     IntrusiveList<DirectedGraphEdge, GraphListTag> edges_;
     // Vertices taken out by removeVertexOnly() while live edges still pointed at them.

@@ -4,11 +4,6 @@ namespace vellum {
 
 DirectedGraphEdge::DirectedGraphEdge(LabelBucket& label, DirectedGraphVertex& source,
                                      DirectedGraphVertex& target)
-    : GraphObject(label), source_(&source), target_(&target) {}
-
-const std::string& DirectedGraphEdge::className() const {
-    static const std::string name = "DirectedGraphEdge";
-    return name;
-}
+    : GraphObject(label, GraphObjectKind::Edge), source_(&source), target_(&target) {}
 
 }  // namespace vellum

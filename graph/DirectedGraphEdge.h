@@ -14,16 +14,15 @@ class DirectedGraphEdge : public GraphObject,
                           public ListHook<OutgoingTag>,
                           public ListHook<IncomingTag> {
   public:
-    const std::string& className() const override;
-    GraphObjectKind kind() const override { return GraphObjectKind::Edge; }
-
     DirectedGraphVertex* source() const { return source_; }
     DirectedGraphVertex* target() const { return target_; }
     bool isLoop() const { return source_ == target_; }
 
   private:
     friend class DirectedGraph;
+    friend class ObjectPool;
     DirectedGraphEdge(LabelBucket& label, DirectedGraphVertex& source, DirectedGraphVertex& target);
+    ~DirectedGraphEdge() = default;
 
     DirectedGraphVertex* source_;
     DirectedGraphVertex* target_;

@@ -2,12 +2,8 @@
 
 namespace vellum {
 
-DirectedGraphVertex::DirectedGraphVertex(LabelBucket& label) : GraphObject(label) {}
-
-const std::string& DirectedGraphVertex::className() const {
-    static const std::string name = "DirectedGraphVertex";
-    return name;
-}
+DirectedGraphVertex::DirectedGraphVertex(LabelBucket& label)
+    : GraphObject(label, GraphObjectKind::Vertex) {}
 
 DirectedGraphEdge* DirectedGraphVertex::findOutgoingTo(const DirectedGraphVertex& target) const {
     for (DirectedGraphEdge& edge : outgoing()) {

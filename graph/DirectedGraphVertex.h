@@ -15,9 +15,6 @@ using OutgoingEdges = ListView<DirectedGraphEdge, OutgoingTag>;
 
 class DirectedGraphVertex : public GraphObject {
   public:
-    const std::string& className() const override;
-    GraphObjectKind kind() const override { return GraphObjectKind::Vertex; }
-
     IncomingEdges incoming() const { return IncomingEdges(incoming_); }
     OutgoingEdges outgoing() const { return OutgoingEdges(outgoing_); }
     std::size_t inDegree() const { return incoming_.size(); }
@@ -30,7 +27,10 @@ class DirectedGraphVertex : public GraphObject {
 
   private:
     friend class DirectedGraph;
+    friend class ObjectPool;
+
     explicit DirectedGraphVertex(LabelBucket& label);
+    ~DirectedGraphVertex() = default;
 
     IntrusiveList<DirectedGraphEdge, IncomingTag> incoming_;
     IntrusiveList<DirectedGraphEdge, OutgoingTag> outgoing_;

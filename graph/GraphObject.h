@@ -1,6 +1,7 @@
 // The common base of vertices and edges: class name, label and owned attributes. Objects are
-// made only by their DirectedGraph, which keeps the label index in step with setLabel(). An
-// object without attributes pays one null pointer for them, and one more for client data.
+// made only by their DirectedGraph, in its pool, which keeps the label index in step with
+// setLabel(). An object without attributes or client data pays nothing for them (LabelSlot),
+// and there is no virtual table: a graph of millions of elements is mostly these objects.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +12,7 @@
 
 #include "graph/AttributeList.h"
 #include "graph/IntrusiveList.h"
+#include "graph/LabelSlot.h"
 #include "graph/ObjectExtension.h"
 
 namespace vellum {
@@ -23,13 +25,12 @@ enum class GraphObjectKind { Vertex, Edge };
 
 class GraphObject : public ListHook<GraphListTag>, public ListHook<LabelTag> {
   public:
-    virtual ~GraphObject();
     GraphObject(const GraphObject&) = delete;
     GraphObject& operator=(const GraphObject&) = delete;
 
     // "DirectedGraphVertex" or "DirectedGraphEdge"; shared text, no storage per object.
-    virtual const std::string& className() const = 0;
-    virtual GraphObjectKind kind() const = 0;
+    const std::string& className() const;
+    GraphObjectKind kind() const { return edge_ ? GraphObjectKind::Edge : GraphObjectKind::Vertex; }
 
     // Empty when the object has none.
     const std::string& label() const;
@@ -64,22 +65,24 @@ class GraphObject : public ListHook<GraphListTag>, public ListHook<LabelTag> {
     std::uint64_t serial() const { return serial_; }
 
     // Client data (the rule model's); null for host graphs.
-    ObjectExtension* extension() const { return extension_.get(); }
-    void setExtension(std::unique_ptr<ObjectExtension> extension) {
-        extension_ = std::move(extension);
-    }
+    ObjectExtension* extension() const;
+    void setExtension(std::unique_ptr<ObjectExtension> extension);
 
   protected:
-    explicit GraphObject(LabelBucket& label);
+    GraphObject(LabelBucket& label, GraphObjectKind kind);
+    // Not virtual: the graph's pool destroys each object as what it is.
+    ~GraphObject() = default;
 
   private:
     friend class LabelIndex;
     friend class DirectedGraph;
 
-    LabelBucket* label_;                         // never null: the empty label has a bucket too
-    std::unique_ptr<AttributeList> attributes_;  // null while there are none
-    std::unique_ptr<ObjectExtension> extension_;
-    std::uint64_t serial_ = 0;
+    LabelBucket& bucket() const { return *label_.bucket(); }
+    AttributeList* attributeList() const;
+
+    LabelSlot label_;
+    std::uint64_t serial_ : 63;
+    std::uint64_t edge_ : 1;
 };
 
 }  // namespace vellum

@@ -34,6 +34,7 @@ LabelBucket& LabelIndex::acquire(std::string_view label) {
         bucket->index = this;
         const std::string_view key = bucket->text;
         at = buckets_.emplace(key, std::move(bucket)).first;
+        ++generation_;
     } else if (at->second->references == 0) {
         --idle_;  // an idle bucket in use again
     }
@@ -52,6 +53,7 @@ void LabelIndex::release(LabelBucket& bucket) {
 }
 
 void LabelIndex::sweep() {
+    ++generation_;
     // Erased through iterators: a key views the text that the erasure destroys.
     for (auto at = buckets_.begin(); at != buckets_.end();) {
         if (at->second->references == 0)
@@ -73,14 +75,20 @@ void LabelIndex::list(LabelBucket& bucket, GraphObject& object) {
 }
 
 void LabelIndex::enter(GraphObject& object) {
-    ++object.label_->references;
-    list(*object.label_, object);
+    ++object.bucket().references;
+    list(object.bucket(), object);
+}
+
+void LabelIndex::enter(GraphObject& object, std::string_view label) {
+    LabelBucket& bucket = acquire(label);
+    object.label_.setBucket(bucket);
+    list(bucket, object);
 }
 
 void LabelIndex::unlist(GraphObject& object) {
     if (!object.inGraph())
         return;
-    LabelBucket& bucket = *object.label_;
+    LabelBucket& bucket = object.bucket();
     if (object.kind() == GraphObjectKind::Vertex) {
         bucket.vertices.erase(static_cast<DirectedGraphVertex&>(object));
         return;
@@ -95,7 +103,7 @@ void LabelIndex::leave(GraphObject& object) {
     // A vertex that goes may still be counted when lingering loops kept its lists long.
     if (object.kind() == GraphObjectKind::Vertex && !counted_.empty())
         stopCounting(static_cast<DirectedGraphVertex&>(object));
-    release(*object.label_);
+    release(object.bucket());
 }
 
 void LabelIndex::countEdge(const DirectedGraphEdge& edge, int delta) {
@@ -150,7 +158,7 @@ void LabelIndex::countAt(const DirectedGraphVertex& vertex, const DirectedGraphE
         return;
     }
     Counted& counts = *counted;
-    LabelCounts& labelled = counts.of(edge.label_);
+    LabelCounts& labelled = counts.of(&edge.bucket());
     const auto step = [delta](std::size_t& count) { count = delta > 0 ? count + 1 : count - 1; };
     if (edge.source() == &vertex)
         step(labelled.outgoing);
@@ -163,11 +171,11 @@ void LabelIndex::countAt(const DirectedGraphVertex& vertex, const DirectedGraphE
 void LabelIndex::startCounting(const DirectedGraphVertex& vertex) {
     Counted& counts = counted_[&vertex];
     for (const DirectedGraphEdge& edge : vertex.outgoing())
-        ++counts.of(edge.label_).outgoing;
+        ++counts.of(&edge.bucket()).outgoing;
     for (const DirectedGraphEdge& edge : vertex.incoming()) {
         if (!edge.inGraph())
             continue;
-        ++counts.of(edge.label_).incoming;
+        ++counts.of(&edge.bucket()).incoming;
         ++counts.incoming;
     }
 }
@@ -194,11 +202,11 @@ std::size_t LabelIndex::walkCount(const DirectedGraphVertex& vertex, const Label
     std::size_t count = 0;
     if (direction == EdgeDirection::Outgoing) {
         for (const DirectedGraphEdge& edge : vertex.outgoing())
-            count += label == nullptr || edge.label_ == label;
+            count += label == nullptr || &edge.bucket() == label;
         return count;
     }
     for (const DirectedGraphEdge& edge : vertex.incoming())
-        count += edge.inGraph() && (label == nullptr || edge.label_ == label);
+        count += edge.inGraph() && (label == nullptr || &edge.bucket() == label);
     return count;
 }
 
@@ -220,13 +228,13 @@ std::size_t LabelIndex::incidentCount(const DirectedGraphVertex& vertex, const L
 }
 
 void LabelIndex::relabel(GraphObject& object, std::string_view label) {
-    LabelBucket& old = *object.label_;
+    LabelBucket& old = object.bucket();
     if (old.text == label)
         return;
     LabelBucket& bucket = acquire(label);
     const bool listed = object.inGraph();
     unlist(object);
-    object.label_ = &bucket;
+    object.label_.setBucket(bucket);
     if (listed)
         list(bucket, object);
     release(old);
@@ -236,6 +244,7 @@ void LabelIndex::reset() {
     counted_.clear();
     lastVertex_ = nullptr;
     buckets_.clear();
+    ++generation_;
     idle_ = 0;
     empty_ = &acquire({});
 }
@@ -247,6 +256,8 @@ void LabelIndex::swap(LabelIndex& other) noexcept {
     std::swap(idle_, other.idle_);
     counted_.swap(other.counted_);
     lastVertex_ = other.lastVertex_ = nullptr;
+    ++generation_;
+    ++other.generation_;
     for (auto& entry : buckets_)
         entry.second->index = this;
     for (auto& entry : other.buckets_)

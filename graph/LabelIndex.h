@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -46,22 +47,32 @@ class LabelIndex {
 
     // Counts the object's reference to its bucket and lists it there (it must not be listed).
     void enter(GraphObject& object);
+    // The same for a new object that is to carry `label` (it must still point at the empty
+    // label's bucket, without a reference): one listing instead of a listing and a relabelling.
+    void enter(GraphObject& object, std::string_view label);
     // Unlists the object (if listed) and drops its reference.
     void leave(GraphObject& object);
     // Unlists the object without dropping its reference: it stays out of the index while it
     // still exists outside the graph.
     void unlist(GraphObject& object);
     // Lists again an object that unlist() took out (it keeps the reference it had).
-    void relist(GraphObject& object) { list(*object.label_, object); }
+    void relist(GraphObject& object) { list(object.bucket(), object); }
     // Moves the object to the bucket of `label`, listed there if it was listed before.
     void relabel(GraphObject& object, std::string_view label);
     // Turns the vertex's bucket list round so that the vertex, which must be listed, is last.
-    void rotateToEnd(DirectedGraphVertex& vertex) { vertex.label_->vertices.rotateToEnd(vertex); }
+    void rotateToEnd(DirectedGraphVertex& vertex) { vertex.bucket().vertices.rotateToEnd(vertex); }
 
     // How many edges in the graph leave (enter) `vertex` with the label of `label`, or with any
     // label when `label` is null. Lingering self-loops are not in the graph and do not count.
     std::size_t incidentCount(const DirectedGraphVertex& vertex, const LabelBucket* label,
                               EdgeDirection direction) const;
+    // A bucket pointer found through find() stays good while both of these are unchanged: the
+    // generation moves on whenever a bucket is made or erased, or buckets change index. The
+    // identity is held by pointer so that one remembered keeps its cell, which no other index
+    // can then have.
+    const std::shared_ptr<const int>& identity() const { return identity_; }
+    std::uint64_t generation() const { return generation_; }
+
     // Forgets every bucket but the empty label's, which starts afresh: for the graph's clear.
     void reset();
     // Exchanges the buckets of the two indexes; each bucket then names its new index, so the
@@ -98,6 +109,8 @@ class LabelIndex {
     std::size_t walkCount(const DirectedGraphVertex& vertex, const LabelBucket* label,
                           EdgeDirection direction) const;
 
+    std::shared_ptr<const int> identity_ = std::make_shared<const int>(0);
+    std::uint64_t generation_ = 0;
     // Keys view the text of their own bucket.
     std::unordered_map<std::string_view, std::unique_ptr<LabelBucket>> buckets_;
     LabelBucket* empty_ = nullptr;

@@ -1,6 +1,6 @@
 // Room for data that a client attaches to the vertices, edges and attributes of its own graphs
 // (the rule model: variable names, references, expression texts). Host graph elements carry
-// none and pay a single null pointer for the possibility.
+// none and pay nothing for the possibility (see LabelSlot).
 #pragma once
 
 #include <memory>

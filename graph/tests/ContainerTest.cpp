@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+#include <vector>
 #include "base/Console.h"
+
 #include "graph/Matrix.h"
+#include "graph/ObjectPool.h"
 #include "graph/Vector.h"
 
 namespace vellum {
@@ -64,6 +68,48 @@ TEST(Matrix, DimensionsAndPositionsAreChecked) {
     EXPECT_EQ(m(0, 0), 0);
     const vellum::matrix<int> copy = m;
     EXPECT_EQ(copy(2, 1), 7);
+}
+
+struct Probe {
+    Probe(int number, int& counter) : value(number), destroyed(counter) {}
+    ~Probe() { ++destroyed; }
+    int value;
+    int& destroyed;
+};
+
+TEST(ObjectPool, ReusesReleasedSlotsAndKeepsTheOthers) {
+    ObjectPool pool(sizeof(Probe));
+    int destroyed = 0;
+    std::vector<Probe*> made;
+    for (int i = 0; i < 1000; ++i)
+        made.push_back(pool.make<Probe>(i, destroyed));
+    EXPECT_EQ(pool.live(), 1000u);
+    const std::size_t reserved = pool.reservedBytes();
+    EXPECT_GE(reserved, 1000 * sizeof(Probe));
+    EXPECT_LT(reserved, 2000 * 32) << "slabs grow by at most double";
+
+    pool.destroy(made[500]);
+    pool.destroy(made[10]);
+    EXPECT_EQ(destroyed, 2);
+    EXPECT_EQ(pool.live(), 998u);
+    // Last released, first reused; no new slab for them.
+    EXPECT_EQ(pool.make<Probe>(-1, destroyed), made[10]);
+    EXPECT_EQ(pool.make<Probe>(-2, destroyed), made[500]);
+    EXPECT_EQ(pool.reservedBytes(), reserved);
+    for (int i : {0, 11, 499, 501, 999})
+        EXPECT_EQ(made[static_cast<std::size_t>(i)]->value, i);
+    for (Probe* probe : made)
+        pool.destroy(probe);
+    EXPECT_EQ(pool.live(), 0u);
+}
+
+TEST(ObjectPool, AFailedConstructionGivesItsSlotBack) {
+    struct Refuses {
+        Refuses() { throw std::runtime_error("refused"); }
+    };
+    ObjectPool pool(sizeof(Refuses));
+    EXPECT_THROW(pool.make<Refuses>(), std::runtime_error);
+    EXPECT_EQ(pool.live(), 0u);
 }
 
 }  // namespace

@@ -86,6 +86,56 @@ TEST(DirectedGraph, LabelIndexFollowsEveryChange) {
 
 // Labels that go and come back, many at a time and one by one, as rewriting makes and
 // deletes marked elements: the index must stay exact while emptied labels are kept and swept.
+struct Mark : ObjectExtension {
+    std::unique_ptr<ObjectExtension> clone() const override { return std::make_unique<Mark>(); }
+};
+
+TEST(DirectedGraph, ElementsKeepTheirLabelWhileAttributesAndExtensionsComeAndGo) {
+    Triangle t;
+    t.a->setLabel("p");
+    ASSERT_TRUE(t.a->addAttribute(std::make_unique<IntegerAttribute>("n", 1)));
+    EXPECT_FALSE(t.a->addAttribute(std::make_unique<IntegerAttribute>("n", 2)));
+    EXPECT_FALSE(t.a->addAttribute(nullptr));
+    t.a->setExtension(std::make_unique<Mark>());
+    t.a->setLabel("q");
+    EXPECT_EQ(t.a->label(), "q");
+    EXPECT_EQ(pointers(t.graph.verticesWithLabel("q")), std::vector<DirectedGraphVertex*>{t.a});
+    EXPECT_EQ(t.graph.vertexCount("p"), 0u);
+
+    EXPECT_TRUE(t.a->removeAttribute("n"));
+    EXPECT_NE(t.a->extension(), nullptr) << "the extension outlasts the last attribute";
+    t.a->setExtension(nullptr);
+    EXPECT_EQ(t.a->extension(), nullptr);
+    EXPECT_EQ(t.a->attributeCount(), 0u);
+    EXPECT_EQ(t.a->label(), "q");
+    t.a->setLabel("");
+    EXPECT_EQ(t.graph.vertexCount(""), 3u);
+
+    // An edge made with a label is where one labelled after its making would be.
+    DirectedGraphEdge* made = t.graph.createEdge(t.b, t.c, "q");
+    EXPECT_EQ(made->label(), "q");
+    EXPECT_EQ(pointers(t.graph.edgesWithLabel("q")), std::vector<DirectedGraphEdge*>{made});
+    EXPECT_EQ(t.graph.createVertex("q")->label(), "q");
+    EXPECT_TRUE(graphIsConsistent(t.graph));
+}
+
+TEST(DirectedGraph, ATakenElementMayOutliveItsGraph) {
+    TakenVertex kept;
+    {
+        DirectedGraph graph;
+        for (int i = 0; i < 100; ++i)
+            graph.createVertex();
+        DirectedGraphVertex* vertex = graph.createVertex();
+        vertex->addAttribute(std::make_unique<IntegerAttribute>("n", 7));
+        kept = graph.takeVertex(vertex);
+    }
+    ASSERT_TRUE(kept);
+    const auto* number = dynamic_cast<const IntegerAttribute*>(kept->findAttribute("n"));
+    ASSERT_NE(number, nullptr);
+    EXPECT_EQ(number->value(), 7);
+    kept.reset();
+}
+
 TEST(DirectedGraph, LabelIndexSurvivesLabelsThatComeAndGo) {
     Triangle t;
     std::mt19937 random(5);
@@ -290,10 +340,10 @@ TEST(DirectedGraph, TakenElementsComeBackInTheirPlaces) {
     const E edges = pointers(t.graph.edges());
 
     EXPECT_EQ(t.graph.takeVertex(t.b), nullptr) << "a vertex with edges stays";
-    std::vector<std::unique_ptr<DirectedGraphEdge>> taken;
+    std::vector<TakenEdge> taken;
     for (DirectedGraphEdge* edge : {t.ab, t.bc, loop})
         taken.push_back(t.graph.takeEdge(edge));
-    std::unique_ptr<DirectedGraphVertex> b = t.graph.takeVertex(t.b);
+    TakenVertex b = t.graph.takeVertex(t.b);
     ASSERT_TRUE(b);
     ASSERT_TRUE(graphIsConsistent(t.graph));
     EXPECT_EQ(t.graph.vertexCount("b"), 0u);
@@ -313,9 +363,9 @@ TEST(DirectedGraph, TakenElementsComeBackInTheirPlaces) {
 
     // Only what this graph took comes back, once.
     DirectedGraph other;
-    std::unique_ptr<DirectedGraphVertex> stranger = other.takeVertex(other.createVertex());
+    TakenVertex stranger = other.takeVertex(other.createVertex());
     EXPECT_EQ(t.graph.restoreVertex(stranger), nullptr);
-    std::unique_ptr<DirectedGraphEdge> takenLoop = t.graph.takeEdge(loop);
+    TakenEdge takenLoop = t.graph.takeEdge(loop);
     EXPECT_EQ(takenLoop.get(), loop);
     EXPECT_EQ(t.graph.takeEdge(loop), nullptr) << "taken twice";
 }
@@ -380,7 +430,7 @@ TEST(DirectedGraph, CountsEdgesByLabelAtBusyVertices) {
     for (int i = 0; i < 3; ++i)
         hubs.push_back(graph.createVertex());
     std::vector<DirectedGraphEdge*> edges;
-    std::vector<std::unique_ptr<DirectedGraphEdge>> taken;
+    std::vector<TakenEdge> taken;
     // More labels than a busy vertex lists before it drops those it no longer has.
     const std::vector<std::string> labels = {"", "a", "b", "c", "d", "e", "f", "g", "h", "i", "j"};
     auto any = [&](const auto& list) { return list[random() % list.size()]; };
@@ -389,8 +439,14 @@ TEST(DirectedGraph, CountsEdgesByLabelAtBusyVertices) {
         const bool growing = step % 750 < 400;
         const int choice = static_cast<int>(random() % 10);
         if (choice < (growing ? 6 : 2)) {
-            DirectedGraphEdge* edge = graph.createEdge(any(hubs), any(hubs));
-            edge->setLabel(any(labels));
+            // Made with its label, or made bare and labelled: the counts must not differ.
+            DirectedGraphEdge* edge = nullptr;
+            if (step % 2 == 0) {
+                edge = graph.createEdge(any(hubs), any(hubs), any(labels));
+            } else {
+                edge = graph.createEdge(any(hubs), any(hubs));
+                edge->setLabel(any(labels));
+            }
             edges.push_back(edge);
         } else if (choice < 8 && !edges.empty()) {
             const std::size_t at = random() % edges.size();

@@ -91,8 +91,8 @@ struct GraphChange::Step {
     Kind kind;
     GraphObject* element;
     // The element while it is out of the graph (one of the two, by its kind).
-    std::unique_ptr<DirectedGraphVertex> heldVertex;
-    std::unique_ptr<DirectedGraphEdge> heldEdge;
+    TakenVertex heldVertex;
+    TakenEdge heldEdge;
     ElementContents before;
     ElementContents after;
 };
