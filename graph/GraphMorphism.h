@@ -2,13 +2,13 @@
 // the pairs were added. It serves as a rule's interface (left-hand object, right-hand object)
 // and as an occurrence of a left-hand side in a host graph (left-hand object, its image).
 // A side of a pair may be null: an interface pair whose number named no object keeps it so.
-// The pairs do not own the objects.
+// The pairs do not own the objects. The pairs of a small rule's occurrence are kept inline.
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
 #include "graph/DirectedGraphVertex.h"
+#include "graph/InlineVector.h"
 
 namespace vellum {
 
@@ -21,6 +21,9 @@ struct EdgePair {
     DirectedGraphEdge* left = nullptr;
     DirectedGraphEdge* right = nullptr;
 };
+
+using VertexPairs = InlineVector<VertexPair, 4>;
+using EdgePairs = InlineVector<EdgePair, 4>;
 
 class GraphMorphism {
   public:
@@ -44,15 +47,15 @@ class GraphMorphism {
     bool hasPair(const DirectedGraphVertex* left) const;
     bool hasPair(const DirectedGraphEdge* left) const;
 
-    const std::vector<VertexPair>& vertexPairs() const { return vertices_; }
-    const std::vector<EdgePair>& edgePairs() const { return edges_; }
-    std::vector<VertexPair>& vertexPairs() { return vertices_; }
-    std::vector<EdgePair>& edgePairs() { return edges_; }
+    const VertexPairs& vertexPairs() const { return vertices_; }
+    const EdgePairs& edgePairs() const { return edges_; }
+    VertexPairs& vertexPairs() { return vertices_; }
+    EdgePairs& edgePairs() { return edges_; }
     bool empty() const { return vertices_.empty() && edges_.empty(); }
 
   private:
-    std::vector<VertexPair> vertices_;
-    std::vector<EdgePair> edges_;
+    VertexPairs vertices_;
+    EdgePairs edges_;
 };
 
 }  // namespace vellum

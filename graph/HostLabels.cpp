@@ -2,31 +2,46 @@
 
 namespace vellum {
 
-void HostLabels::resolve(const PatternStructure& pattern, const DirectedGraph& host) {
-    allPresent_ = true;
+void HostLabels::lookUp(const PatternStructure& pattern, const LabelIndex& index) {
     vertices_.resize(pattern.vertexCount());
     for (std::size_t i = 0; i < vertices_.size(); ++i) {
         const std::string& label = pattern.vertices()[i]->label();
-        Entry& entry = vertices_[i];
-        if (isWildcard(label)) {
-            entry = {host.vertexCount(), nullptr};
-            continue;
-        }
-        const auto listed = host.verticesWithLabel(label);
-        entry = {listed.size(), listed.empty() ? nullptr : &listed.front()->label()};
-        allPresent_ = allPresent_ && !listed.empty();
+        vertices_[i].wildcard = isWildcard(label);
+        vertices_[i].bucket = vertices_[i].wildcard ? nullptr : index.find(label);
     }
     edges_.resize(pattern.edges().size());
     for (std::size_t i = 0; i < edges_.size(); ++i) {
         const std::string& label = pattern.edges()[i].edge->label();
-        Entry& entry = edges_[i];
-        if (isWildcard(label)) {
-            entry = {host.edgeCount(), nullptr};
+        edges_[i].wildcard = isWildcard(label);
+        edges_[i].bucket = edges_[i].wildcard ? nullptr : index.find(label);
+    }
+    index_ = index.identity();
+    generation_ = index.generation();
+}
+
+void HostLabels::resolve(const PatternStructure& pattern, const DirectedGraph& host) {
+    const LabelIndex& index = host.labelIndex();
+    if (index_ != index.identity() || generation_ != index.generation() ||
+        vertices_.size() != pattern.vertexCount() || edges_.size() != pattern.edges().size())
+        lookUp(pattern, index);
+    allPresent_ = true;
+    for (Entry& entry : vertices_) {
+        if (entry.wildcard) {
+            entry.count = host.vertexCount();
             continue;
         }
-        const auto listed = host.edgesWithLabel(label);
-        entry = {listed.size(), listed.empty() ? nullptr : &listed.front()->label()};
-        allPresent_ = allPresent_ && !listed.empty();
+        entry.count = entry.bucket != nullptr ? entry.bucket->vertices.size() : 0;
+        entry.text = entry.count != 0 ? &entry.bucket->text : nullptr;
+        allPresent_ = allPresent_ && entry.count != 0;
+    }
+    for (Entry& entry : edges_) {
+        if (entry.wildcard) {
+            entry.count = host.edgeCount();
+            continue;
+        }
+        entry.count = entry.bucket != nullptr ? entry.bucket->edges.size() : 0;
+        entry.text = entry.count != 0 ? &entry.bucket->text : nullptr;
+        allPresent_ = allPresent_ && entry.count != 0;
     }
 }
 

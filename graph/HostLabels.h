@@ -1,9 +1,13 @@
 // A pattern's labels as one host graph has them, looked up once per search: for each pattern
 // vertex and edge, how many host elements carry its label (what the matcher picks its start
 // by) and the host's own text of that label (so that the search compares labels by address).
+// The host's label buckets are remembered from one search to the next and looked up by text
+// again only when the host's index has made or erased buckets since.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -39,11 +43,17 @@ class HostLabels {
     struct Entry {
         std::size_t count = 0;
         const std::string* text = nullptr;
+        const LabelBucket* bucket = nullptr;  // null for the wildcard and for absent labels
+        bool wildcard = false;
     };
+    void lookUp(const PatternStructure& pattern, const LabelIndex& index);
 
     std::vector<Entry> vertices_;  // by pattern vertex
     std::vector<Entry> edges_;     // by pattern edge, in pair order
     bool allPresent_ = true;
+    // The index and generation that the buckets were looked up in.
+    std::shared_ptr<const int> index_;
+    std::uint64_t generation_ = 0;
 };
 
 }  // namespace vellum

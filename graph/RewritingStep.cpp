@@ -81,8 +81,7 @@ bool RewritingStep::updateVertices(const GraphMorphism& occurrence) {
             if (!isWildcard(plan.vertex->label()))
                 vertex->setLabel(plan.vertex->label());
         } else {
-            vertex = host_.createVertex();
-            vertex->setLabel(plan.vertex->label());
+            vertex = host_.createVertex(plan.vertex->label());
             // Marks the vertex with the right-hand vertex it was made from, until complete().
             vertex->addAttribute(
                 std::make_unique<IntegerAttribute>(kNumberAttribute, static_cast<int>(i) + 1));
@@ -114,10 +113,10 @@ bool RewritingStep::updateEdges(const GraphMorphism& occurrence) {
             if (!isWildcard(plan.edge->label()))
                 edge->setLabel(plan.edge->label());
         } else {
-            edge = host_.createEdge(hostVertexFor(plan.source), hostVertexFor(plan.target));
+            edge = host_.createEdge(hostVertexFor(plan.source), hostVertexFor(plan.target),
+                                    plan.edge->label());
             if (edge == nullptr)
                 return false;
-            edge->setLabel(plan.edge->label());
         }
         if (!transferAttributes(plan.attributes, *edge, bindings_, rule_.name()))
             return false;

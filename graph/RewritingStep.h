@@ -4,7 +4,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
+
+#include "graph/InlineVector.h"
 
 #include "graph/DirectedGraphRule.h"
 #include "graph/PreparedRule.h"
@@ -52,10 +53,11 @@ class RewritingStep {
     const RuleCallback& callback_;
     Environment bindings_;
     RuleContext context_;
-    std::vector<DirectedGraphEdge*> removedEdges_;  // host edges destroyed by this step
+    // Inline while the rule is small (see InlineVector).
+    InlineVector<DirectedGraphEdge*, 8> removedEdges_;  // host edges destroyed by this step
     // By right-hand vertex: its host counterpart or the vertex created for it.
-    std::vector<DirectedGraphVertex*> hostVertices_;
-    std::vector<DirectedGraphVertex*> created_;
+    InlineVector<DirectedGraphVertex*, 8> hostVertices_;
+    InlineVector<DirectedGraphVertex*, 8> created_;
     GraphMorphism survivors_;
 };
 

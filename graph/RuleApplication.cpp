@@ -1,5 +1,6 @@
 #include "graph/RuleApplication.h"
 
+#include <optional>
 #include <unordered_set>
 
 #include "graph/OccurrenceTests.h"
@@ -38,10 +39,7 @@ class RuleApplication {
   public:
     RuleApplication(DirectedGraph& host, const DirectedGraphRule& rule,
                     const RuleCallback& callback)
-        : host_(host),
-          rule_(rule),
-          callback_(callback),
-          tests_(rule.prepared(), rule.name(), host) {}
+        : host_(host), rule_(rule), callback_(callback) {}
 
     int applyWithoutOccurrence();
     int applyFirst();
@@ -55,11 +53,17 @@ class RuleApplication {
         if (callback_)
             callback_(event, &host_, occurrence);
     }
+    // Made when first needed: mode 1 leaves the tests to the rule's own match.
+    OccurrenceTests& tests() {
+        if (!tests_)
+            tests_.emplace(rule_.prepared(), rule_.name(), host_);
+        return *tests_;
+    }
 
     DirectedGraph& host_;
     const DirectedGraphRule& rule_;
     const RuleCallback& callback_;
-    OccurrenceTests tests_;
+    std::optional<OccurrenceTests> tests_;
 };
 
 int RuleApplication::applyWithoutOccurrence() {
@@ -82,7 +86,7 @@ bool RuleApplication::rewriteAt(const GraphMorphism& occurrence) {
 
 int RuleApplication::applyFirst() {
     for (const GraphMorphism& occurrence : rule_.prepared().matcher().findAll(host_)) {
-        if (tests_.passes(occurrence))
+        if (tests().passes(occurrence))
             return rewriteAt(occurrence) ? kApplyApplied : kApplyStepFailed;
     }
     return kApplyNonePassed;
@@ -115,7 +119,7 @@ int RuleApplication::applyAllDisjoint() {
         return false;
     };
     for (const GraphMorphism& occurrence : occurrences) {
-        if (overlaps(occurrence) || !tests_.passes(occurrence))
+        if (overlaps(occurrence) || !tests().passes(occurrence))
             continue;
         if (!rewriteAt(occurrence))
             return kApplyStepFailed;

@@ -1,6 +1,7 @@
 #include "koral/KoralApply.h"
 
 #include "graph/ElementPositions.h"
+#include "graph/InlineVector.h"
 #include "graph/RuleApplication.h"
 #include "koral/KoralException.h"
 #include "koral/KoralRun.h"
@@ -43,7 +44,8 @@ class ApplyEvaluation {
     KoralFrame* frame_;
     KoralRun& run_;
     KoralStatistics* statistics_;
-    std::vector<signed char> enabled_;  // 1 enabled, 0 set aside; one per alternative
+    // 1 enabled, 0 set aside; one per alternative. Inline: most applications name few rules.
+    InlineVector<signed char, 16> enabled_;
     RuleCallback callback_;             // empty when nobody listens
     const SharedRule* rule_ = nullptr;  // the rule being applied, for the frame
     KoralStatistics::Clock::time_point chosenAt_{};
@@ -57,8 +59,8 @@ ApplyEvaluation::ApplyEvaluation(const koralApply& apply, DirectedGraph& graph,
       unit_(unit),
       frame_(frame),
       run_(run),
-      statistics_(run.statistics()),
-      enabled_(apply.alternatives().size(), 1) {
+      statistics_(run.statistics()) {
+    enabled_.assign(apply.alternatives().size(), 1);
     if (frame_ != nullptr || statistics_ != nullptr || run_.tracesAttempts()) {
         callback_ = [this](int event, DirectedGraph*, const GraphMorphism* occurrence) {
             onEvent(event, occurrence);

@@ -216,5 +216,35 @@ TEST(Matcher, FindFirstSkipsWhatTheCallerRejectsAndGoesOnFromThere) {
     EXPECT_EQ(host->vertexCount("a"), 4u);
 }
 
+// The matcher remembers where the host keeps each label between searches; labels that appear,
+// buckets swept away and a graph swapped in must all be seen.
+TEST(Matcher, SeesTheHostsLabelsChangeBetweenSearches) {
+    auto rule = patternRule("vertex 1 { label a } vertex 2 { label b } edge 3 : 1 -> 2");
+    const Matcher& matcher = rule->prepared().matcher();
+    DirectedGraph host;
+    DirectedGraphVertex* a = host.createVertex("a");
+    DirectedGraphVertex* c = host.createVertex("c");
+    host.createEdge(a, c);
+    EXPECT_TRUE(matcher.findAll(host).empty()) << "no vertex labelled b yet";
+    c->setLabel("b");
+    EXPECT_EQ(matcher.findAll(host).size(), 1u);
+
+    // Enough labels come and go for idle buckets to be swept, "b"'s among them.
+    c->setLabel("c");
+    for (int i = 0; i < 300; ++i)
+        ASSERT_TRUE(host.removeVertex(host.createVertex("t" + std::to_string(i))));
+    EXPECT_TRUE(matcher.findAll(host).empty());
+    c->setLabel("b");
+    EXPECT_EQ(matcher.findAll(host).size(), 1u);
+
+    auto other = graphFromText(
+        "directed graph { vertex 1 { label a } vertex 2 { label b } vertex 3 { label a }"
+        " edge 1 -> 2 edge 3 -> 2 }");
+    host.swap(*other);
+    EXPECT_EQ(describeAll(matcher.findAll(host), host),
+              (std::vector<std::string>{"1 2 | 1", "3 2 | 2"}));
+    EXPECT_EQ(matcher.findAll(*other).size(), 1u);
+}
+
 }  // namespace
 }  // namespace vellum
