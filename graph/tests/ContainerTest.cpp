@@ -4,6 +4,7 @@
 #include <vector>
 #include "base/Console.h"
 
+#include "graph/InlineVector.h"
 #include "graph/Matrix.h"
 #include "graph/ObjectPool.h"
 #include "graph/Vector.h"
@@ -110,6 +111,47 @@ TEST(ObjectPool, AFailedConstructionGivesItsSlotBack) {
     ObjectPool pool(sizeof(Refuses));
     EXPECT_THROW(pool.make<Refuses>(), std::runtime_error);
     EXPECT_EQ(pool.live(), 0u);
+}
+
+// Copies and moves must work from both places the elements can be: inline and on the heap.
+TEST(InlineVector, KeepsItsElementsInlineAndOnTheHeapThroughCopiesAndMoves) {
+    using Small = InlineVector<int, 3>;
+    auto contents = [](const Small& v) { return std::vector<int>(v.begin(), v.end()); };
+    for (int count : {2, 3, 4, 9}) {
+        Small v;
+        for (int i = 0; i < count; ++i)
+            v.push_back(i);
+        v.push_back(v[0]);  // an element of the vector itself, when growing too
+        std::vector<int> expected;
+        for (int i = 0; i < count; ++i)
+            expected.push_back(i);
+        expected.push_back(0);
+        ASSERT_EQ(contents(v), expected) << count;
+
+        Small copy(v);
+        Small assigned;
+        assigned.push_back(42);
+        assigned = v;
+        Small moved(std::move(copy));
+        Small moveAssigned;
+        moveAssigned = std::move(assigned);
+        EXPECT_EQ(contents(moved), expected) << count;
+        EXPECT_EQ(contents(moveAssigned), expected) << count;
+        EXPECT_TRUE(copy.empty());  // NOLINT(bugprone-use-after-move): moved-from is empty
+        copy.push_back(7);
+        EXPECT_EQ(contents(copy), std::vector<int>{7});
+        EXPECT_EQ(contents(v), expected) << "the original is untouched";
+
+        moved.erase(moved.begin() + 1, moved.begin() + 2);
+        expected.erase(expected.begin() + 1);
+        EXPECT_EQ(contents(moved), expected) << count;
+    }
+    Small filled;
+    filled.assign(5, -1);
+    EXPECT_EQ(contents(filled), std::vector<int>(5, -1));
+    filled.clear();
+    EXPECT_TRUE(filled.empty());
+    EXPECT_GE(filled.capacity(), 5u) << "clearing keeps the storage";
 }
 
 }  // namespace
