@@ -5,6 +5,7 @@
 #include "base/Console.h"
 #include "base/ReplacingFile.h"
 #include "graph/BooleanAttribute.h"
+#include "graph/DefaultStreamFormat.h"
 #include "graph/GlobMatch.h"
 #include "graph/IntegerAttribute.h"
 #include "graph/NumberText.h"
@@ -14,28 +15,6 @@
 
 namespace vellum {
 namespace {
-
-// The stream's default format for doubles (six significant digits), whatever the caller's
-// stream was set to; restored afterwards.
-class DefaultFormat {
-  public:
-    explicit DefaultFormat(std::ostream& out)
-        : out_(out), flags_(out.flags()), precision_(out.precision()) {
-        out.flags(std::ios_base::dec | std::ios_base::skipws);
-        out.precision(6);
-    }
-    ~DefaultFormat() {
-        out_.flags(flags_);
-        out_.precision(precision_);
-    }
-    DefaultFormat(const DefaultFormat&) = delete;
-    DefaultFormat& operator=(const DefaultFormat&) = delete;
-
-  private:
-    std::ostream& out_;
-    std::ios_base::fmtflags flags_;
-    std::streamsize precision_;
-};
 
 // Integers without the stream's formatting machinery: the vertex and edge lines of large
 // graphs are mostly numbers.
@@ -129,7 +108,7 @@ std::string GraphWriter::Element::text() const {
 }
 
 bool GraphWriter::write(const DirectedGraph& graph) {
-    const DefaultFormat format(out_);
+    const DefaultStreamFormat format(out_);
     numbers_ = ObjectNumbering(graph.vertexCount());
     refusal_.clear();
     acceptedLabel_ = nullptr;

@@ -3,36 +3,12 @@
 #include "base/Console.h"
 #include "base/ReplacingFile.h"
 #include "graph/AttributeExpression.h"
+#include "graph/DefaultStreamFormat.h"
 #include "graph/GlobMatch.h"
 #include "graph/GraphWriter.h"
 #include "graph/RuleObjectData.h"
 
 namespace vellum {
-namespace {
-
-// Reals in the stream's default format (six significant digits) whatever the caller's stream
-// was set to; restored afterwards.
-class DefaultRealFormat {
-  public:
-    explicit DefaultRealFormat(std::ostream& out)
-        : out_(out), flags_(out.flags()), precision_(out.precision()) {
-        out.flags(std::ios_base::dec | std::ios_base::skipws);
-        out.precision(6);
-    }
-    ~DefaultRealFormat() {
-        out_.flags(flags_);
-        out_.precision(precision_);
-    }
-    DefaultRealFormat(const DefaultRealFormat&) = delete;
-    DefaultRealFormat& operator=(const DefaultRealFormat&) = delete;
-
-  private:
-    std::ostream& out_;
-    std::ios_base::fmtflags flags_;
-    std::streamsize precision_;
-};
-
-}  // namespace
 
 long RuleWriter::number(const GraphObject* object) {
     return object != nullptr ? numbers_.number(object) : 0;
@@ -44,7 +20,7 @@ bool RuleWriter::refuse(const std::string& element, const std::string& problem) 
 }
 
 bool RuleWriter::write(const DirectedGraphRule& rule) {
-    const DefaultRealFormat format(out_);
+    const DefaultStreamFormat format(out_);
     const DirectedGraph& left = rule.leftSide();
     const DirectedGraph& right = rule.rightSide();
     numbers_ = ObjectNumbering(left.vertexCount() + left.edgeCount() + right.vertexCount() +
