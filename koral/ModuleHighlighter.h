@@ -12,30 +12,14 @@
 #include "grammar/Cache.h"
 #include "grammar/CharacterClasses.h"
 #include "grammar/TokenScanner.h"
+#include "koral/ModuleLanguage.h"
 
 namespace vellum {
 
 // The module tokens with the punctuation as one token, conditions as $EXPR and the keywords
 // that the module grammar numbers otherwise renumbered; only the codes' categories matter here.
-inline constexpr auto kModuleEditorTokens = joinText(R"TOKENS(
-$COMMENT : 0 = "%" {"$CHAR$"}.
-$LXMODULE : 1 = "module".
-$LXEND : 3 = "end".
-$LXUSES : 4 = "uses".
-$LXUNIT : 5 = "transformation unit".
-$LXCALL : 7 = "call".
-$LXAPPLY : 8 = "apply".
-$LXEXPORTS : 9 = "exports".
-$LXINITIAL : 10 = "initial".
-$LXTERMINAL : 11 = "terminal".
-$LXONCE : 12 = "once".
-$LXALAP : 13 = "as long as possible".
-$LXIMPLEMENTATION : 15 = "realized by".
-$LXTRANSFORMATION : 23 = "body".
-$LXOR : 24 = "|".
-$LXTIMES : 27 = "times".
-$LXSEQ : 28 = "<".
-$DUMMY : 29 = "." | "," | ";" | ":".
+inline constexpr auto kModuleEditorTokens =
+    joinText(kModuleKeywordTokens, R"TOKENS($DUMMY : 29 = "." | "," | ";" | ":".
 $EXPR : 30 = "(" {(INTERNAL | "#)")} ")".
 $GC : 31 = "graph class".
 $IF : 32 = "if".
@@ -43,11 +27,8 @@ $THEN : 33 = "then".
 $ELSE : 34 = "else".
 $WHILE : 35 = "while".
 $DO : 36 = "do".
-$NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
-$IDENTIFIER : 1001 = CHARS {"." CHARS}.
-$STRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
 )TOKENS",
-                                                     kCharacterClasses, ".");
+             kModuleValueTokens, kCharacterClasses, ".");
 
 enum class HighlightCategory : int {
     Comment = 0,

@@ -20,9 +20,9 @@ inline constexpr int kModuleSequenceToken = 28;
 inline constexpr int kModuleConditionToken = 30;
 inline constexpr int kModuleFirstValueToken = 1000;  // numbers, identifiers and strings
 
-// The token definitions, in the order the scanner tries them: keywords first, so that a name
-// that begins with a keyword ("doubled", "endpoint") is read as that keyword and fails.
-inline constexpr auto kModuleTokens = joinText(R"TOKENS(
+// The keywords that the module reader and the module editor's highlighter both know by these
+// codes, and the values' tokens, which come last in both.
+inline constexpr char kModuleKeywordTokens[] = R"TOKENS(
 $COMMENT : 0 = "%" {"$CHAR$"}.
 $LXMODULE : 1 = "module".
 $LXEND : 3 = "end".
@@ -40,18 +40,25 @@ $LXTRANSFORMATION : 23 = "body".
 $LXOR : 24 = "|".
 $LXTIMES : 27 = "times".
 $LXSEQ : 28 = "<".
-$LXGRAPHCLASS : 29 = "graph class".
+)TOKENS";
+inline constexpr char kModuleValueTokens[] =
+    R"TOKENS($NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
+$IDENTIFIER : 1001 = CHARS {"." CHARS}.
+$STRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
+)TOKENS";
+
+// The token definitions, in the order the scanner tries them: keywords first, so that a name
+// that begins with a keyword ("doubled", "endpoint") is read as that keyword and fails.
+inline constexpr auto kModuleTokens =
+    joinText(kModuleKeywordTokens, R"TOKENS($LXGRAPHCLASS : 29 = "graph class".
 $LXIF : 31 = "if".
 $LXTHEN : 32 = "then".
 $LXELSE : 33 = "else".
 $LXWHILE : 34 = "while".
 $LXDO : 35 = "do".
 $LXCONDITION : 30 = "(" {(INTERNAL | "#)")} ")".
-$NUMBER : 1000 = ["\-"] DIGITS09 {DIGITS09} ["." DIGITS09 {DIGITS09}].
-$IDENTIFIER : 1001 = CHARS {"." CHARS}.
-$STRING : 1002 = "\"" {(INTERNAL | "#"")} "\"".
 )TOKENS",
-                                               kCharacterClasses, ".");
+             kModuleValueTokens, kCharacterClasses, ".");
 
 // Start symbol MOD; the numbers in angle brackets are the ModuleAction values.
 inline constexpr char kModuleGrammar[] = R"GRAMMAR(
