@@ -3,14 +3,14 @@
 // step; a change the document refuses is shown in a box with its reason and changes nothing.
 #pragma once
 
-#include <wx/choice.h>
 #include <wx/dialog.h>
-#include <wx/listctrl.h>
 #include <wx/textctrl.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "gui/AttributeTable.h"
 #include "gui/EditorPrompts.h"
 #include "gui/edit/GraphDocument.h"
 
@@ -28,12 +28,11 @@ class AttributesDialog : public wxDialog {
     bool removeAttribute(const std::string& name);
 
     // The rows shown: name, type keyword and value text of each attribute, in order.
-    int rowCount() const { return m_list->GetItemCount(); }
-    std::string cell(int row, int column) const;
+    int rowCount() const { return m_table->rowCount(); }
+    std::string cell(int row, int column) const { return m_table->cell(row, column); }
 
   private:
     void fillList();
-    void onRowSelected(wxListEvent& event);
     bool done(const EditResult& result);
 
     GraphDocument& m_document;
@@ -41,10 +40,7 @@ class AttributesDialog : public wxDialog {
     EditorPrompts& m_prompts;
     std::function<void()> m_changed;
     wxTextCtrl* m_label;
-    wxListCtrl* m_list;
-    wxTextCtrl* m_name;
-    wxChoice* m_type;
-    wxTextCtrl* m_value;
+    std::unique_ptr<AttributeTable> m_table;
 };
 
 }  // namespace vellum

@@ -11,10 +11,6 @@
 namespace vellum {
 namespace {
 
-constexpr AttributeType kTypes[] = {AttributeType::Boolean, AttributeType::Integer,
-                                    AttributeType::Real, AttributeType::String,
-                                    AttributeType::Vector};
-
 // The value an attribute holds until its expression is evaluated.
 const char* defaultText(AttributeType type) {
     switch (type) {
@@ -33,16 +29,6 @@ std::string shownValue(const Attribute& attribute) {
     if (const std::string* expression = expressionOf(attribute))
         return "[" + *expression + "]";
     return attributeText(attribute);
-}
-
-wxBoxSizer* row(wxWindow* parent, const char* caption, wxWindow* field, wxWindow* button) {
-    auto* sizer = new wxBoxSizer(wxHORIZONTAL);
-    sizer->Add(new wxStaticText(parent, wxID_ANY, caption), 0, wxALIGN_CENTER_VERTICAL | wxRIGHT,
-               8);
-    sizer->Add(field, 1, wxRIGHT, 4);
-    if (button)
-        sizer->Add(button);
-    return sizer;
 }
 
 }  // namespace
@@ -69,8 +55,8 @@ void RuleElementDialog::buildControls() {
     m_variable = new wxTextCtrl(this, wxID_ANY, wxString::FromUTF8(variableOf(m_element)));
     auto* setVariableButton = new wxButton(this, wxID_ANY, "Set variable");
     auto* top = new wxBoxSizer(wxVERTICAL);
-    top->Add(row(this, "Label", m_label, setLabelButton), 0, wxEXPAND | wxALL, 10);
-    top->Add(row(this, "Variable", m_variable, setVariableButton), 0,
+    top->Add(captionedRow(this, "Label", m_label, setLabelButton), 0, wxEXPAND | wxALL, 10);
+    top->Add(captionedRow(this, "Variable", m_variable, setVariableButton), 0,
              wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, 10);
     if (vertex && m_side == RuleSide::Left) {
         m_forced = new wxCheckBox(this, wxID_ANY, "Forced reference (@)");
@@ -81,36 +67,20 @@ void RuleElementDialog::buildControls() {
     }
     if (vertex && m_side == RuleSide::Right) {
         m_reference = new wxChoice(this, wxID_ANY);
-        top->Add(row(this, "Stands for left-hand vertex (@)", m_reference, nullptr), 0,
+        top->Add(captionedRow(this, "Stands for left-hand vertex (@)", m_reference, nullptr), 0,
                  wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, 10);
         m_reference->Bind(wxEVT_CHOICE,
                           [this](wxCommandEvent&) { setReference(m_reference->GetSelection()); });
     }
-    m_list = new wxListCtrl(this, wxID_ANY, wxDefaultPosition, wxSize(460, 160),
-                            wxLC_REPORT | wxLC_SINGLE_SEL);
-    m_list->AppendColumn("Name", wxLIST_FORMAT_LEFT, 120);
-    m_list->AppendColumn("Type", wxLIST_FORMAT_LEFT, 80);
-    m_list->AppendColumn("Value", wxLIST_FORMAT_LEFT, 240);
-    m_name = new wxTextCtrl(this, wxID_ANY);
-    wxArrayString types;
-    for (AttributeType type : kTypes)
-        types.Add(attributeKeyword(type));
-    m_type = new wxChoice(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, types);
-    m_type->SetSelection(static_cast<int>(AttributeType::String));
-    m_value = new wxTextCtrl(this, wxID_ANY);
     m_expression = new wxCheckBox(this, wxID_ANY, "Expression");
-    auto* put = new wxButton(this, wxID_ANY, "Add/Change");
-    auto* remove = new wxButton(this, wxID_ANY, "Remove");
+    m_table = std::make_unique<AttributeTable>(
+        this, wxSize(460, 160), 240,
+        [this](const std::string& name, AttributeType type, const std::string& value) {
+            putAttribute(name, type, value, m_expression->GetValue());
+        },
+        [this](const std::string& name) { removeAttribute(name); }, m_expression);
     m_verdict = new wxStaticText(this, wxID_ANY, "");
-    auto* editRow = new wxBoxSizer(wxHORIZONTAL);
-    editRow->Add(m_name, 1, wxRIGHT, 4);
-    editRow->Add(m_type, 0, wxRIGHT, 4);
-    editRow->Add(m_value, 2, wxRIGHT, 4);
-    editRow->Add(m_expression, 0, wxALIGN_CENTER_VERTICAL | wxRIGHT, 4);
-    editRow->Add(put, 0, wxRIGHT, 4);
-    editRow->Add(remove);
-    top->Add(m_list, 1, wxEXPAND | wxLEFT | wxRIGHT, 10);
-    top->Add(editRow, 0, wxEXPAND | wxALL, 10);
+    m_table->addTo(*top);
     top->Add(m_verdict, 0, wxEXPAND | wxLEFT | wxRIGHT, 10);
     top->Add(CreateStdDialogButtonSizer(wxOK), 0, wxEXPAND | wxALL, 10);
     SetSizerAndFit(top);
@@ -120,28 +90,19 @@ void RuleElementDialog::buildControls() {
     setVariableButton->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) {
         setVariable(m_variable->GetValue().utf8_string());
     });
-    put->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) {
-        putAttribute(m_name->GetValue().utf8_string(), kTypes[m_type->GetSelection()],
-                     m_value->GetValue().utf8_string(), m_expression->GetValue());
-    });
-    remove->Bind(wxEVT_BUTTON,
-                 [this](wxCommandEvent&) { removeAttribute(m_name->GetValue().utf8_string()); });
     auto check = [this](wxCommandEvent&) {
         if (m_expression->GetValue())
-            checkTyped(m_value->GetValue().utf8_string());
+            checkTyped(m_table->valueField().GetValue().utf8_string());
         else
             m_verdict->SetLabel("");
     };
-    m_value->Bind(wxEVT_TEXT, check);
+    m_table->valueField().Bind(wxEVT_TEXT, check);
     m_expression->Bind(wxEVT_CHECKBOX, check);
-    m_list->Bind(wxEVT_LIST_ITEM_SELECTED, [this](wxListEvent& event) {
-        const long index = event.GetIndex();
-        m_name->SetValue(m_list->GetItemText(index, 0));
-        m_type->SetStringSelection(m_list->GetItemText(index, 1));
-        wxString value = m_list->GetItemText(index, 2);
+    // A value shown in square brackets is an expression: the field takes it without them.
+    m_table->onPicked([this](const wxString& value) {
         const bool expression = value.StartsWith("[") && value.EndsWith("]");
         m_expression->SetValue(expression);
-        m_value->SetValue(expression ? value.Mid(1, value.length() - 2) : value);
+        m_table->valueField().SetValue(expression ? value.Mid(1, value.length() - 2) : value);
     });
 }
 
@@ -191,10 +152,6 @@ bool RuleElementDialog::removeAttribute(const std::string& name) {
     return done(m_document.removeAttribute(m_side, m_element, name));
 }
 
-std::string RuleElementDialog::cell(int index, int column) const {
-    return m_list->GetItemText(index, column).utf8_string();
-}
-
 bool RuleElementDialog::done(const EditResult& result) {
     if (!result) {
         m_prompts.message(this, wxString::FromUTF8(result.message), result.title,
@@ -210,16 +167,12 @@ bool RuleElementDialog::done(const EditResult& result) {
 }
 
 void RuleElementDialog::fillList() {
-    m_list->DeleteAllItems();
-    long index = 0;
+    m_table->clear();
     for (const Attribute& attribute : m_element.attributes()) {
         // The editor's own shapes and places are not the rule's: the file does not get them.
         if (isInternalName(attribute.name()) || RuleDocument::isEditorLook(m_element, attribute))
             continue;
-        m_list->InsertItem(index, wxString::FromUTF8(attribute.name()));
-        m_list->SetItem(index, 1, attributeKeyword(attribute.type()));
-        m_list->SetItem(index, 2, wxString::FromUTF8(shownValue(attribute)));
-        ++index;
+        m_table->addRow(attribute.name(), attribute.type(), shownValue(attribute));
     }
 }
 

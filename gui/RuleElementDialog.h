@@ -10,14 +10,15 @@
 #include <wx/checkbox.h>
 #include <wx/choice.h>
 #include <wx/dialog.h>
-#include <wx/listctrl.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "gui/AttributeTable.h"
 #include "gui/EditorPrompts.h"
 #include "gui/edit/RuleDocument.h"
 
@@ -42,8 +43,8 @@ class RuleElementDialog : public wxDialog {
     // when the expression would compile).
     std::string checkTyped(const std::string& text);
 
-    int rowCount() const { return m_list->GetItemCount(); }
-    std::string cell(int row, int column) const;
+    int rowCount() const { return m_table->rowCount(); }
+    std::string cell(int row, int column) const { return m_table->cell(row, column); }
     std::string verdict() const { return m_verdict->GetLabel().utf8_string(); }
 
   private:
@@ -63,11 +64,8 @@ class RuleElementDialog : public wxDialog {
     wxTextCtrl* m_variable = nullptr;
     wxCheckBox* m_forced = nullptr;
     wxChoice* m_reference = nullptr;
-    wxListCtrl* m_list = nullptr;
-    wxTextCtrl* m_name = nullptr;
-    wxChoice* m_type = nullptr;
-    wxTextCtrl* m_value = nullptr;
     wxCheckBox* m_expression = nullptr;
+    std::unique_ptr<AttributeTable> m_table;
     wxStaticText* m_verdict = nullptr;
 };
 
