@@ -2,6 +2,8 @@
 // ground mode, background colour), asking their questions through the frame's prompts.
 #pragma once
 
+#include <wx/menu.h>
+
 #include <string>
 
 #include "gui/EditorPrompts.h"
@@ -17,6 +19,12 @@ inline constexpr const char* canvasPictureFilter = "Portable Pixmap file (*.ppm)
 bool saveCanvasScreenshot(wxWindow& parent, EditorPrompts& prompts, TPXCanvas& canvas,
                           std::string fileName);
 void setCanvasGround(TPXCanvas& canvas, TPXgroundMode mode);
+// Appends the items of the four ground modes (hidden, wireframe, solid, transparent) to `menu`,
+// with the ids from `firstId` on.
+void appendGroundItems(wxMenu& menu, int firstId);
+// Sets the ground mode of item `id` of those appendGroundItems() made from `firstId`; false when
+// `id` is none of them.
+bool runGroundItem(TPXCanvas& canvas, int id, int firstId);
 // Asks for a background colour, starting at the current one.
 void chooseCanvasBackground(wxWindow& parent, EditorPrompts& prompts, TPXCanvas& canvas);
 

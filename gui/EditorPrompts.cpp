@@ -20,6 +20,14 @@ wxString EditorPrompts::fileName(wxWindow* parent, const wxString& filter,
                           filter + "|*." + extension, flags, parent);
 }
 
+std::string EditorPrompts::fileNameOr(const std::string& given, wxWindow* parent,
+                                      const wxString& filter, const wxString& extension,
+                                      bool save) {
+    if (!given.empty())
+        return given;
+    return fileName(parent, filter, extension, save).utf8_string();
+}
+
 wxString EditorPrompts::folderName(wxWindow* parent, const wxString& message) {
     return wxDirSelector(message, wxEmptyString, wxDD_DEFAULT_STYLE, wxDefaultPosition, parent);
 }

@@ -9,6 +9,7 @@
 #include <wx/string.h>
 
 #include <optional>
+#include <string>
 
 namespace vellum {
 
@@ -21,6 +22,9 @@ class EditorPrompts {
     // (*.dg)", `extension` is their extension without the dot.
     virtual wxString fileName(wxWindow* parent, const wxString& filter, const wxString& extension,
                               bool save);
+    // `given` when it is not empty, else fileName()'s answer in UTF-8 (empty when cancelled).
+    std::string fileNameOr(const std::string& given, wxWindow* parent, const wxString& filter,
+                           const wxString& extension, bool save);
     // A folder, asked for with `message`; empty when the user cancels.
     virtual wxString folderName(wxWindow* parent, const wxString& message);
     // A colour starting at `initial`; none when the user cancels.

@@ -105,10 +105,7 @@ void InterpreterFrame::buildMenus() {
     layout->Append(kConfigureLayout, "Configure l&ayout algorithm...");
 
     auto* options = new wxMenu;
-    options->Append(kHideGround, "&Hide ground...");
-    options->Append(kWireframeGround, "&Wireframe ground...");
-    options->Append(kSolidGround, "&Solid ground...");
-    options->Append(kTransparentGround, "&Transparent ground...");
+    appendGroundItems(*options, kHideGround);
     options->Append(kBackground, "&Background color...");
 
     auto* bar = new wxMenuBar;
@@ -138,6 +135,8 @@ void InterpreterFrame::enableCommands() {
 }
 
 void InterpreterFrame::onCommand(wxCommandEvent& event) {
+    if (runGroundItem(*m_canvas, event.GetId(), kHideGround))
+        return;
     switch (event.GetId()) {
         case kLoadGraph:
             loadGraph();
@@ -170,14 +169,6 @@ void InterpreterFrame::onCommand(wxCommandEvent& event) {
         case kConfigureLayout:
             configureLayout();
             return;
-        case kHideGround:
-            return setGround(TPXgroundMode::Hidden);
-        case kWireframeGround:
-            return setGround(TPXgroundMode::Wireframe);
-        case kSolidGround:
-            return setGround(TPXgroundMode::Solid);
-        case kTransparentGround:
-            return setGround(TPXgroundMode::Transparent);
         case kBackground:
             return chooseBackground();
         default:
@@ -229,9 +220,7 @@ void InterpreterFrame::showScene() {
 bool InterpreterFrame::loadGraph(const std::string& fileName) {
     if (m_runActive)
         return false;
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, graphFilter, "dg", false).utf8_string();
+    const std::string name = m_prompts->fileNameOr(fileName, this, graphFilter, "dg", false);
     if (name.empty())
         return false;
     // The reader has written why a load failed to the console.
@@ -257,9 +246,7 @@ bool InterpreterFrame::loadGraph(const std::string& fileName) {
 bool InterpreterFrame::saveGraph(const std::string& fileName) {
     if (m_runActive)
         return false;
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, graphFilter, "dg", true).utf8_string();
+    const std::string name = m_prompts->fileNameOr(fileName, this, graphFilter, "dg", true);
     if (name.empty())
         return false;
     ConsoleCapture report(true);
@@ -541,10 +528,6 @@ bool InterpreterFrame::configureLayout() {
         return false;
     }
     return true;
-}
-
-void InterpreterFrame::setGround(TPXgroundMode mode) {
-    setCanvasGround(*m_canvas, mode);
 }
 
 void InterpreterFrame::chooseBackground() {

@@ -130,7 +130,6 @@ class InterpreterFrame : public wxFrame {
     // kept there now, and keeps what the user chooses from then on; null: nothing is kept.
     void useSettings(UserSettings* settings);
     static constexpr const char* settingsName = "interpreter";
-    void setGround(TPXgroundMode mode);
     void chooseBackground();
 
   private:
