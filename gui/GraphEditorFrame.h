@@ -5,23 +5,20 @@
 // way the menus do, and every question to the user goes through EditorPrompts.
 #pragma once
 
-#include <wx/frame.h>
 #include <wx/toolbar.h>
 
 #include <memory>
 #include <string>
 
 #include "gui/CanvasCommands.h"
-#include "gui/EditingToolbar.h"
-#include "gui/EditorPrompts.h"
+#include "gui/EditorFrame.h"
 #include "gui/GraphPane.h"
-#include "gui/UserSettings.h"
 #include "gui/edit/GraphDocument.h"
 #include "gui/icons/ToolIcons.h"
 
 namespace vellum {
 
-class GraphEditorFrame : public wxFrame {
+class GraphEditorFrame : public EditorFrame {
   public:
     static constexpr const char* titlePrefix = "3D Graph Editor - ";
     static constexpr const char* graphFilter = "Graph file (*.dg)";
@@ -33,8 +30,6 @@ class GraphEditorFrame : public wxFrame {
         "texts (the console lists each change) and go on?";
     static constexpr const char* modelFilter = "3D Model (*.3rd)";
     static constexpr const char* pictureFilter = canvasPictureFilter;
-    static constexpr const char* discardQuestion =
-        "Document was modified!\nAll changes will be lost.\nContinue?";
 
     // Menu commands; the context menu uses the same ones.
     enum Command {
@@ -73,12 +68,6 @@ class GraphEditorFrame : public wxFrame {
     GraphDocument& document() { return m_document; }
     TPXCanvas& canvas() { return m_pane->canvas(); }
     EditingTool& tool() { return m_pane->tool(); }
-    EditorPrompts& prompts() { return *m_prompts; }
-    // Null: the toolkit's boxes again.
-    void setPrompts(std::unique_ptr<EditorPrompts> prompts);
-    // Where the files this editor reads and writes are listed and its size is kept (it takes the
-    // size kept there now); null: nothing is kept. The settings outlive the editor.
-    void useSettings(UserSettings* settings);
     static constexpr const char* settingsName = "graph editor";
     static constexpr const char* layoutChoice = "graph editor/layout";
 
@@ -109,10 +98,6 @@ class GraphEditorFrame : public wxFrame {
     void editGround();
     void chooseBackground();
     void setVrEnabled(bool enabled);
-    // The toolbar's tools: the view, mouse and constraint tools take their toggled state.
-    void useTool(ToolbarTool tool);
-    // Asks before a modified graph is closed or replaced; true to go on.
-    bool confirmDiscard();
     // Shows the object context menu at window point `at` of the canvas.
     void showContextMenu(const wxPoint& at);
 
@@ -120,28 +105,20 @@ class GraphEditorFrame : public wxFrame {
     void buildMenus();
     void buildToolBar();
     void bindEvents();
+    bool modified() const override { return m_document.modified(); }
+    void cancelTools() override { m_pane->tool().cancel(); }
     // The document changed: the canvas shows its scene again and the title, tools and menus
     // follow.
     void documentChanged();
     void sceneReplaced();
-    void updateTitle();
-    void setGround(TPXgroundMode mode);
+    // A graph read from `name` is shown, in view, and joins the recent files.
+    void graphRead(const std::string& name);
     std::optional<std::string> chooseModel();
-    // Shows a refused command's reason; true when it was done.
-    bool report(const EditResult& result);
 
     void onCommand(wxCommandEvent& event);
-    void onMenuOpen(wxMenuEvent& event);
-    // A file this editor read or wrote goes to the front of the recent ones.
-    void remember(const std::string& fileName);
-    void onClose(wxCloseEvent& event);
     void onKey(wxKeyEvent& event);
 
-    std::unique_ptr<EditorPrompts> m_prompts;
-    UserSettings* m_settings = nullptr;
-    wxMenu* m_recentMenu = nullptr;  // in the File menu
     GraphDocument m_document;
-    std::unique_ptr<EditingToolbar> m_toolBar;
     std::unique_ptr<GraphPane> m_pane;
 };
 

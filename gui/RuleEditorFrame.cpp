@@ -70,9 +70,8 @@ wxSizer* legendEntry(wxWindow* parent, const TPXrgb& colour, const char* text) {
 }  // namespace
 
 RuleEditorFrame::RuleEditorFrame(wxWindow* parent, std::unique_ptr<EditorPrompts> prompts)
-    : wxFrame(parent, wxID_ANY, wxString(titlePrefix) + "untitled", wxDefaultPosition,
-              wxSize(1100, 640)),
-      m_prompts(prompts ? std::move(prompts) : std::make_unique<EditorPrompts>()) {
+    : EditorFrame(parent, wxSize(1100, 640), std::move(prompts),
+                  {titlePrefix, settingsName, "rules", kUndo, kRedo}) {
     buildMenus();
     buildToolBar();
     buildBody();
@@ -85,10 +84,6 @@ RuleEditorFrame::RuleEditorFrame(wxWindow* parent, std::unique_ptr<EditorPrompts
 // The panes leave their canvases, destroyed after this body, with no document to show.
 RuleEditorFrame::~RuleEditorFrame() = default;
 
-void RuleEditorFrame::setPrompts(std::unique_ptr<EditorPrompts> prompts) {
-    m_prompts = prompts ? std::move(prompts) : std::make_unique<EditorPrompts>();
-}
-
 void RuleEditorFrame::buildMenus() {
     auto* file = new wxMenu;
     file->Append(kNewRule, "&New graphrule...");
@@ -97,8 +92,7 @@ void RuleEditorFrame::buildMenus() {
     file->Append(kExportPicture, "E&xport picture...");
     file->Append(kTryOnGraph, "&Try on graph...");
     file->Append(kScreenshot, "Screens&hot...");
-    m_recentMenu = new wxMenu;
-    file->Append(kRecentFiles, "Recent &files", m_recentMenu);
+    appendRecentFiles(*file, kRecentFiles, kFirstRecent);
     file->Append(kExit, "&Close");
 
     auto* edit = new wxMenu;
@@ -110,19 +104,11 @@ void RuleEditorFrame::buildMenus() {
     edit->Append(kProperties, "Rule &properties...");
 
     auto* options = new wxMenu;
-    options->Append(kHideGround, "&Hide ground...");
-    options->Append(kWireframeGround, "&Wireframe ground...");
-    options->Append(kSolidGround, "&Solid ground...");
-    options->Append(kTransparentGround, "&Transparent ground...");
+    appendGroundItems(*options, kHideGround);
     options->Append(kBackground, "&Background color...");
     options->AppendCheckItem(kCoupleCameras, "&Couple the cameras");
     options->Check(kCoupleCameras, m_coupled);
-
-    auto* bar = new wxMenuBar;
-    bar->Append(file, "&File");
-    bar->Append(edit, "&Edit");
-    bar->Append(options, "&Options");
-    SetMenuBar(bar);
+    setMenus(file, edit, options);
 }
 
 void RuleEditorFrame::buildToolBar() {
@@ -146,8 +132,7 @@ void RuleEditorFrame::buildToolBar() {
         activePane().zoomToFit();
         cameraMoved(m_active);
     };
-    m_toolBar = std::make_unique<EditingToolbar>(*CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT),
-                                                 kFirstTool, std::move(actions), zoomTip);
+    createToolBar(kFirstTool, std::move(actions), zoomTip);
 }
 
 std::unique_ptr<GraphPane> RuleEditorFrame::makePane(wxWindow* parent, RuleSide side) {
@@ -198,30 +183,16 @@ void RuleEditorFrame::buildBody() {
 void RuleEditorFrame::bindEvents() {
     Bind(wxEVT_MENU, &RuleEditorFrame::onCommand, this, kNewRule,
          kFirstTool + static_cast<int>(toolbarToolCount) - 1);
-    Bind(wxEVT_CLOSE_WINDOW, &RuleEditorFrame::onClose, this);
     Bind(wxEVT_CHAR_HOOK, &RuleEditorFrame::onKey, this);
-    Bind(wxEVT_MENU_OPEN, [this](wxMenuEvent& event) {
-        event.Skip();
-        fillRecentMenu(*m_recentMenu,
-                       m_settings ? m_settings->recentFiles("rules") : std::vector<std::string>{},
-                       kFirstRecent);
-    });
-}
-
-void RuleEditorFrame::useSettings(UserSettings* settings) {
-    m_settings = settings;
-    if (m_settings)
-        if (const std::optional<wxSize> size = m_settings->windowSize(settingsName))
-            SetSize(*size);
 }
 
 void RuleEditorFrame::onCommand(wxCommandEvent& event) {
     const int id = event.GetId();
-    if (m_toolBar->handle(id))
+    if (toolBar().handle(id) || runGroundItem(activePane().canvas(), id, kHideGround))
         return;
     if (id >= kFirstRecent && id < kFirstTool) {
-        if (const wxMenuItem* item = m_recentMenu->FindItem(id))
-            loadRule(item->GetHelp().utf8_string());
+        if (const std::string file = recentFile(id); !file.empty())
+            loadRule(file);
         return;
     }
     switch (id) {
@@ -257,32 +228,13 @@ void RuleEditorFrame::onCommand(wxCommandEvent& event) {
             return editAttributes();
         case kProperties:
             return editProperties();
-        case kHideGround:
-            return setCanvasGround(activePane().canvas(), TPXgroundMode::Hidden);
-        case kWireframeGround:
-            return setCanvasGround(activePane().canvas(), TPXgroundMode::Wireframe);
-        case kSolidGround:
-            return setCanvasGround(activePane().canvas(), TPXgroundMode::Solid);
-        case kTransparentGround:
-            return setCanvasGround(activePane().canvas(), TPXgroundMode::Transparent);
         case kBackground:
-            return chooseCanvasBackground(*this, *m_prompts, activePane().canvas());
+            return chooseCanvasBackground(*this, prompts(), activePane().canvas());
         case kCoupleCameras:
             return setCoupled(!m_coupled);
         default:
             event.Skip();
     }
-}
-
-void RuleEditorFrame::onClose(wxCloseEvent& event) {
-    if (event.CanVeto() && !confirmDiscard()) {
-        event.Veto();
-        return;
-    }
-    if (m_settings)
-        m_settings->setWindowSize(settingsName, GetSize());
-    cancelTools();
-    Destroy();
 }
 
 void RuleEditorFrame::onKey(wxKeyEvent& event) {
@@ -303,11 +255,7 @@ void RuleEditorFrame::activate(RuleSide side) {
         caption->SetFont(font);
         caption->SetLabel(wxString(captionOf(each)) + (each == side ? "  (toolbar)" : ""));
     }
-    m_toolBar->showView(activePane().canvas().viewMode());
-}
-
-void RuleEditorFrame::useTool(ToolbarTool tool) {
-    m_toolBar->use(tool);
+    toolBar().showView(activePane().canvas().viewMode());
 }
 
 void RuleEditorFrame::setCoupled(bool coupled) {
@@ -327,12 +275,6 @@ void RuleEditorFrame::cameraMoved(RuleSide side) {
     to.requestRepaint();
 }
 
-bool RuleEditorFrame::confirmDiscard() {
-    if (!m_document.modified())
-        return true;
-    return m_prompts->message(this, discardQuestion, "Alert", wxYES_NO | wxICON_QUESTION) == wxYES;
-}
-
 void RuleEditorFrame::cancelTools() {
     m_left->tool().cancel();
     m_right->tool().cancel();
@@ -349,9 +291,7 @@ void RuleEditorFrame::newRule() {
 bool RuleEditorFrame::loadRule(const std::string& fileName) {
     if (!confirmDiscard())
         return false;
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, ruleFilter, "drl", false).utf8_string();
+    const std::string name = prompts().fileNameOr(fileName, this, ruleFilter, "drl", false);
     if (name.empty())
         return false;
     cancelTools();
@@ -359,8 +299,7 @@ bool RuleEditorFrame::loadRule(const std::string& fileName) {
         console() << "The rule editor kept its rule: '" << name << "' could not be loaded.\n";
         return false;
     }
-    if (m_settings)
-        m_settings->addRecentFile("rules", name);
+    remember(name);
     scenesReplaced();
     activePane().zoomToFit();
     cameraMoved(m_active);
@@ -368,23 +307,19 @@ bool RuleEditorFrame::loadRule(const std::string& fileName) {
 }
 
 bool RuleEditorFrame::saveRule(const std::string& fileName) {
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, ruleFilter, "drl", true).utf8_string();
+    const std::string name = prompts().fileNameOr(fileName, this, ruleFilter, "drl", true);
     if (name.empty())
         return false;
     cancelTools();
     const bool saved = report(m_document.save(name));
-    if (saved && m_settings)
-        m_settings->addRecentFile("rules", name);
+    if (saved)
+        remember(name);
     documentChanged();
     return saved;
 }
 
 bool RuleEditorFrame::exportPicture(const std::string& fileName) {
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, pngFilter, "png", true).utf8_string();
+    const std::string name = prompts().fileNameOr(fileName, this, pngFilter, "png", true);
     if (name.empty())
         return false;
     const std::unique_ptr<DirectedGraphRule> rule = m_document.fileRule();
@@ -397,9 +332,7 @@ bool RuleEditorFrame::exportPicture(const std::string& fileName) {
 }
 
 GraphEditorFrame* RuleEditorFrame::tryOnGraph(const std::string& fileName) {
-    std::string name = fileName;
-    if (name.empty())
-        name = m_prompts->fileName(this, graphFilter, "dg", false).utf8_string();
+    const std::string name = prompts().fileNameOr(fileName, this, graphFilter, "dg", false);
     if (name.empty())
         return nullptr;
     const std::unique_ptr<DirectedGraphRule> rule = m_document.fileRule();
@@ -418,13 +351,13 @@ GraphEditorFrame* RuleEditorFrame::tryOnGraph(const std::string& fileName) {
             lines.push_back(positions.line(occurrence));
     }
     RuleTrialDialog dialog(this, name, lines);
-    if (m_prompts->showModal(dialog) != wxID_OK)
+    if (prompts().showModal(dialog) != wxID_OK)
         return nullptr;
     const int result = applyRule(&host, rule.get(), dialog.mode());
     setOutUnplaced(host);
     auto* editor = new GraphEditorFrame(GetParent());
     editor->adoptGraph(host);
-    m_prompts->message(
+    prompts().message(
         this,
         wxString::FromUTF8("Result " + std::to_string(result) + " in mode " +
                            std::to_string(dialog.mode()) + ": " + applyResultText(result)),
@@ -433,7 +366,7 @@ GraphEditorFrame* RuleEditorFrame::tryOnGraph(const std::string& fileName) {
 }
 
 bool RuleEditorFrame::screenshot(const std::string& fileName) {
-    return saveCanvasScreenshot(*this, *m_prompts, activePane().canvas(), fileName);
+    return saveCanvasScreenshot(*this, prompts(), activePane().canvas(), fileName);
 }
 
 void RuleEditorFrame::undo() {
@@ -489,15 +422,15 @@ void RuleEditorFrame::editAttributes() {
     GraphObject* element = selectedElement();
     if (!element)
         return;
-    RuleElementDialog dialog(this, m_document, m_active, *element, *m_prompts,
+    RuleElementDialog dialog(this, m_document, m_active, *element, prompts(),
                              [this] { documentChanged(); });
-    m_prompts->showModal(dialog);
+    prompts().showModal(dialog);
     documentChanged();
 }
 
 void RuleEditorFrame::editProperties() {
     RulePropertiesDialog dialog(this, m_document);
-    if (m_prompts->showModal(dialog) != wxID_OK)
+    if (prompts().showModal(dialog) != wxID_OK)
         return;
     report(m_document.setProperties(dialog.name(), dialog.condition()));
     documentChanged();
@@ -510,7 +443,7 @@ void RuleEditorFrame::showContextMenu(RuleSide side, const wxPoint& at) {
     if (side == RuleSide::Left)
         menu.Append(kKeepOnRight, "Keep on the right");
     menu.Append(kDelete, "Delete");
-    m_prompts->popupMenu(*this, menu, ScreenToClient(pane(side).canvas().ClientToScreen(at)));
+    popupMenu(menu, pane(side).canvas(), at);
 }
 
 void RuleEditorFrame::selectionFollows(RuleSide side) {
@@ -521,13 +454,6 @@ void RuleEditorFrame::selectionFollows(RuleSide side) {
     there.select(identityOf(there, partner));
 }
 
-bool RuleEditorFrame::report(const EditResult& result) {
-    if (!result)
-        m_prompts->message(this, wxString::FromUTF8(result.message), result.title,
-                           wxOK | (result.title == "Warning" ? wxICON_WARNING : wxICON_ERROR));
-    return result.done;
-}
-
 void RuleEditorFrame::scenesReplaced() {
     m_left->sceneReplaced();
     m_right->sceneReplaced();
@@ -535,10 +461,7 @@ void RuleEditorFrame::scenesReplaced() {
 }
 
 void RuleEditorFrame::documentChanged() {
-    updateTitle();
-    m_toolBar->enableHistory(m_document.canUndo(), m_document.canRedo());
-    GetMenuBar()->Enable(kUndo, m_document.canUndo());
-    GetMenuBar()->Enable(kRedo, m_document.canRedo());
+    showDocument(m_document.fileName(), m_document.canUndo(), m_document.canRedo());
     // The selection on both sides wears the halo, so a kept element's partner shows at once.
     for (RuleSide side : {RuleSide::Left, RuleSide::Right}) {
         GraphDocument& document = m_document.side(side);
@@ -547,12 +470,6 @@ void RuleEditorFrame::documentChanged() {
             document.scene().highlight(*element);
         pane(side).canvas().requestRepaint();
     }
-}
-
-void RuleEditorFrame::updateTitle() {
-    const std::string& name = m_document.fileName();
-    SetTitle(wxString(titlePrefix) +
-             (name.empty() ? wxString("untitled") : wxString::FromUTF8(name)));
 }
 
 }  // namespace vellum

@@ -7,32 +7,27 @@
 // question to the user goes through EditorPrompts.
 #pragma once
 
-#include <wx/frame.h>
 #include <wx/stattext.h>
 
 #include <memory>
 #include <string>
 
 #include "gui/CanvasCommands.h"
-#include "gui/EditingToolbar.h"
-#include "gui/EditorPrompts.h"
+#include "gui/EditorFrame.h"
 #include "gui/GraphPane.h"
-#include "gui/UserSettings.h"
 #include "gui/edit/RuleDocument.h"
 
 namespace vellum {
 
 class GraphEditorFrame;
 
-class RuleEditorFrame : public wxFrame {
+class RuleEditorFrame : public EditorFrame {
   public:
     static constexpr const char* titlePrefix = "3D Rule Editor - ";
     static constexpr const char* ruleFilter = "Rule file (*.drl)";
     static constexpr const char* graphFilter = "Graph file (*.dg)";
     static constexpr const char* pngFilter = "PNG picture (*.png)";
     static constexpr const char* zoomTip = "Zoom out until the hole rule is visible.";
-    static constexpr const char* discardQuestion =
-        "Document was modified!\nAll changes will be lost.\nContinue?";
     // The size of an exported picture, as `vellum-cli picture` draws it by default.
     static constexpr int pictureWidth = 502;
     static constexpr int pictureHeight = 200;
@@ -73,12 +68,7 @@ class RuleEditorFrame : public wxFrame {
     RuleSide activeSide() const { return m_active; }
     // Makes `side` the one the toolbar acts on (what a click in its canvas does).
     void activate(RuleSide side);
-    EditorPrompts& prompts() { return *m_prompts; }
-    // Where the rule files this editor reads and writes are listed and its size is kept (it
-    // takes the size kept there now); null: nothing is kept. The settings outlive the editor.
-    void useSettings(UserSettings* settings);
     static constexpr const char* settingsName = "rule editor";
-    void setPrompts(std::unique_ptr<EditorPrompts> prompts);
 
     // Commands, as the menus run them. Each asks its questions through the prompts.
     void newRule();
@@ -100,8 +90,6 @@ class RuleEditorFrame : public wxFrame {
     void editProperties();
     bool coupled() const { return m_coupled; }
     void setCoupled(bool coupled);
-    void useTool(ToolbarTool tool);
-    bool confirmDiscard();
     void showContextMenu(RuleSide side, const wxPoint& at);
 
   private:
@@ -120,19 +108,13 @@ class RuleEditorFrame : public wxFrame {
     void cameraMoved(RuleSide side);
     void documentChanged();
     void scenesReplaced();
-    void updateTitle();
-    void cancelTools();
-    bool report(const EditResult& result);
+    bool modified() const override { return m_document.modified(); }
+    void cancelTools() override;
 
     void onCommand(wxCommandEvent& event);
-    void onClose(wxCloseEvent& event);
     void onKey(wxKeyEvent& event);
 
-    std::unique_ptr<EditorPrompts> m_prompts;
-    UserSettings* m_settings = nullptr;
-    wxMenu* m_recentMenu = nullptr;  // in the File menu
     RuleDocument m_document;
-    std::unique_ptr<EditingToolbar> m_toolBar;
     std::unique_ptr<GraphPane> m_left;
     std::unique_ptr<GraphPane> m_right;
     wxStaticText* m_captions[2] = {nullptr, nullptr};
