@@ -7,6 +7,7 @@
 #include "base/Paths.h"
 #include "graph/StringAttribute.h"
 #include "gui/GraphEditorFrame.h"
+#include "gui/tests/GuiToolkit.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 
@@ -17,7 +18,6 @@
 #include <wx/app.h>
 #include <wx/dcmemory.h>
 #include <wx/image.h>
-#include <wx/init.h>
 #include <wx/menu.h>
 
 #include <chrono>
@@ -41,44 +41,6 @@ const std::string kBanner =
     "Vellum v2 r5\n"
     "Copyright (c) 2026 the Vellum developers\n"
     "READY.\n";
-
-class TestApp : public wxApp {
-  public:
-    bool OnInit() override { return true; }
-};
-
-// Starts the toolkit once for the whole test program, the way the program's main does.
-class Toolkit : public ::testing::Environment {
-  public:
-    void SetUp() override {
-        const char* display = std::getenv("DISPLAY");
-        if (!display || !*display) {
-            why_ = "DISPLAY is not set";
-            return;
-        }
-        wxApp::SetInstance(new TestApp);
-        int argc = 1;
-        char name[] = "app_gui_tests";
-        char* argv[] = {name, nullptr};
-        entered_ = wxEntryStart(argc, argv);
-        ready_ = entered_ && wxTheApp->CallOnInit();
-        if (!ready_)
-            why_ = std::string("cannot open display '") + display + "'";
-    }
-    void TearDown() override {
-        if (entered_)
-            wxEntryCleanup();
-    }
-    bool ready() const { return ready_; }
-    const std::string& why() const { return why_; }
-
-  private:
-    bool entered_ = false;
-    bool ready_ = false;
-    std::string why_;
-};
-
-Toolkit* const toolkit = static_cast<Toolkit*>(::testing::AddGlobalTestEnvironment(new Toolkit));
 
 std::vector<std::string> entriesOf(const fs::path& folder) {
     std::vector<std::string> names;
@@ -166,22 +128,15 @@ void expectMenus(const wxMenuBar* bar, const std::vector<MenuRow>& expected) {
     }
 }
 
-class AppGuiTest : public ::testing::Test {
+class AppGuiTest : public test::ToolkitTest {
   protected:
     // What the program keeps for its user goes to a folder of the test's own.
     test::TempFolder configFolder_;
     test::ScopedEnvironment config_{"XDG_CONFIG_HOME", configFolder_.path()};
     void SetUp() override {
-        if (!toolkit->ready()) {
-            // scripts/test starts a display and sets this: there a skip would hide a GUI
-            // that went untested.
-            const char* required = std::getenv("VELLUM_REQUIRE_DISPLAY");
-            if (required != nullptr && std::string(required) == "1")
-                FAIL() << "no display (" << toolkit->why()
-                       << ") although VELLUM_REQUIRE_DISPLAY=1 asks for one";
-            GTEST_SKIP() << "no display (" << toolkit->why()
-                         << "): the GUI tests need one, e.g. under xvfb-run";
-        }
+        ToolkitTest::SetUp();
+        if (!runs())
+            return;
         main_ = startUp();
         wxTheApp->Yield(true);
     }

@@ -35,7 +35,6 @@ const TPXrgb kAzure{0, 0.5, 1};
 const TPXrgb kRed{1, 0, 0};
 
 // Shared with the other GUI tests of this program.
-test::GuiToolkit* const toolkit = &test::guiToolkit();
 
 // Counts the paints that reached the scene, and notes a paint while `busy` was set.
 class CountingNode : public TPXnode {
@@ -60,23 +59,18 @@ class TakesLeftButton : public TPXCanvasMouseHandler {
     int events = 0;
 };
 
-class CanvasTest : public ::testing::Test {
+class CanvasTest : public test::ToolkitTest {
   protected:
     void SetUp() override {
-        if (!toolkit->ready()) {
-            const char* required = std::getenv("VELLUM_REQUIRE_DISPLAY");
-            if (required != nullptr && std::string(required) == "1")
-                FAIL() << "no display (" << toolkit->why()
-                       << ") although VELLUM_REQUIRE_DISPLAY=1 asks for one";
-            GTEST_SKIP() << "no display (" << toolkit->why()
-                         << "): the GUI tests need one, e.g. under xvfb-run";
-        }
+        ToolkitTest::SetUp();
+        if (!runs())
+            return;
         canvas_ = open({});
         ASSERT_TRUE(canvas_->hasContext());
         canvas_->setGroundMode(TPXgroundMode::Hidden);
     }
     void TearDown() override {
-        if (!toolkit->ready())
+        if (!test::guiToolkit().ready())
             return;  // nothing was opened; the toolkit is not running
         if (frame_)
             frame_->Destroy();
@@ -92,12 +86,6 @@ class CanvasTest : public ::testing::Test {
         frame_->Show();
         settle();
         return canvas;
-    }
-    static void settle() {
-        for (int i = 0; i < 5; ++i) {
-            wxTheApp->Yield(true);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
     }
     // The screenshot, also written to /tmp for a look.
     TPXimage shot(const std::string& name) {

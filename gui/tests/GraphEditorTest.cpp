@@ -43,8 +43,6 @@ namespace {
 using test::pixelAt;
 using test::Rgb;
 
-test::GuiToolkit* const toolkit = &test::guiToolkit();
-
 struct Asked {
     std::string text;
     std::string title;
@@ -93,40 +91,15 @@ class ScriptedPrompts : public EditorPrompts {
     std::string menuChoice;
 };
 
-class GraphEditorTest : public ::testing::Test {
+class GraphEditorTest : public test::FrameTest<GraphEditorFrame, ScriptedPrompts> {
   protected:
+    GraphEditorTest() : FrameTest({480, 400}) {}
     void SetUp() override {
-        if (!toolkit->requireReady()) {
-            if (HasFailure())
-                FAIL() << "the test cannot run without the toolkit";  // skips its body
-            GTEST_SKIP() << "no display: the GUI tests need one, e.g. under xvfb-run";
-        }
-        auto prompts = std::make_unique<ScriptedPrompts>();
-        prompts_ = prompts.get();
-        frame_ = new GraphEditorFrame(nullptr, std::move(prompts));
-        frame_->SetClientSize(480, 400);
-        settle();
+        FrameTest::SetUp();
+        if (!runs())
+            return;
         canvasSize_ = frame_->canvas().GetClientSize();
         centre_ = wxPoint(canvasSize_.x / 2, canvasSize_.y / 2);
-    }
-    void TearDown() override {
-        if (!toolkit->ready())
-            return;  // nothing was opened; the toolkit is not running
-        if (frame_)
-            frame_->Destroy();
-        wxTheApp->ProcessIdle();
-    }
-
-    static void settle() {
-        for (int i = 0; i < 5; ++i) {
-            wxTheApp->Yield(true);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-    }
-    void command(int id) {
-        wxCommandEvent event(wxEVT_MENU, id);
-        event.SetEventObject(frame_);
-        frame_->ProcessWindowEvent(event);
     }
     // Presses a tool as a click on it does: a toggle tool changes its state first.
     void tool(ToolbarTool which, std::optional<bool> state = {}) {
@@ -174,8 +147,6 @@ class GraphEditorTest : public ::testing::Test {
         return all;
     }
 
-    GraphEditorFrame* frame_ = nullptr;
-    ScriptedPrompts* prompts_ = nullptr;
     wxSize canvasSize_;
     wxPoint centre_;
 };

@@ -1,5 +1,6 @@
 // The toolkit of a GUI test program, started once before its first test the way the program's
-// main starts it, and shared by every test file linked into the program.
+// main starts it, and shared by every test file linked into the program; and the fixture of a
+// test that drives one real frame.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -97,5 +99,72 @@ inline GuiToolkit& guiToolkit() {
         static_cast<GuiToolkit*>(::testing::AddGlobalTestEnvironment(new GuiToolkit));
     return *toolkit;
 }
+
+// Registered before main, so that the toolkit starts before the program's first test.
+inline GuiToolkit* const registeredToolkit = &guiToolkit();
+
+// A test of a GUI test program that needs the toolkit: SetUp skips it without a display, or
+// fails it where one is required (see requireReady).
+class ToolkitTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (guiToolkit().requireReady())
+            return;
+        if (HasFailure())
+            FAIL() << "the test cannot run without the toolkit";  // skips its body
+        GTEST_SKIP() << "no display (" << guiToolkit().why()
+                     << "): the GUI tests need one, e.g. under xvfb-run";
+    }
+    // In a derived SetUp after this one's: false when the test is not to go on.
+    bool runs() const { return !IsSkipped() && !HasFailure(); }
+    // Lets the toolkit handle what is pending, a few times over 50 ms.
+    static void settle() {
+        for (int i = 0; i < 5; ++i) {
+            wxTheApp->Yield(true);
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+    }
+};
+
+// A test that drives one real `Frame`, made as `Frame(nullptr, prompts)` with fresh `Prompts`
+// that answer its questions; the frame is opened in SetUp (at `clientSize` unless that is the
+// default) and destroyed in TearDown when the test left `frame_` set.
+template <typename Frame, typename Prompts>
+class FrameTest : public ToolkitTest {
+  protected:
+    explicit FrameTest(wxSize clientSize = wxDefaultSize) : clientSize_(clientSize) {}
+
+    void SetUp() override {
+        ToolkitTest::SetUp();
+        if (!runs())
+            return;
+        auto prompts = std::make_unique<Prompts>();
+        prompts_ = prompts.get();
+        frame_ = new Frame(nullptr, std::move(prompts));
+        if (clientSize_ != wxDefaultSize)
+            frame_->SetClientSize(clientSize_);
+        settle();
+    }
+    void TearDown() override {
+        if (!guiToolkit().ready())
+            return;  // nothing was opened; the toolkit is not running
+        if (frame_)
+            frame_->Destroy();
+        wxTheApp->ProcessIdle();
+    }
+
+    // Runs menu command `id` as choosing it does.
+    void command(int id) {
+        wxCommandEvent event(wxEVT_MENU, id);
+        event.SetEventObject(frame_);
+        frame_->ProcessWindowEvent(event);
+    }
+
+    Frame* frame_ = nullptr;
+    Prompts* prompts_ = nullptr;
+
+  private:
+    wxSize clientSize_;
+};
 
 }  // namespace vellum::test

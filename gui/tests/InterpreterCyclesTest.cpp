@@ -33,8 +33,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using test::ScriptedPrompts;
 
-test::GuiToolkit* const toolkit = &test::guiToolkit();
-
 constexpr int kCycles = 1000;
 constexpr int kCheckEvery = 250;  // cycles between two waits for the end and graph checks
 // Start comes from the menu, which asks for the module and the unit, in one round of the ways in
@@ -170,36 +168,18 @@ const Way kWays[] = {
     {"single step, Go, stopped a few ms later", Pace::SingleStep, StopAt::AfterGo},
 };
 
-class InterpreterCyclesTest : public ::testing::Test {
+class InterpreterCyclesTest : public test::FrameTest<InterpreterFrame, ScriptedPrompts> {
   protected:
+    InterpreterCyclesTest() : FrameTest({400, 320}) {}
     void SetUp() override {
-        if (!toolkit->requireReady()) {
-            if (HasFailure())
-                FAIL() << "the test cannot run without the toolkit";  // skips its body
-            GTEST_SKIP() << "no display: the GUI tests need one, e.g. under xvfb-run";
-        }
-        auto prompts = std::make_unique<ScriptedPrompts>();
-        prompts_ = prompts.get();
+        FrameTest::SetUp();
+        if (!runs())
+            return;
         prompts_->unit = "spin";
-        frame_ = new InterpreterFrame(nullptr, std::move(prompts));
-        frame_->SetClientSize(400, 320);
         frame_->setRunEnded([this](bool normally) {
             ++ended_;
             endedNormally_ += normally;
         });
-    }
-    void TearDown() override {
-        if (!toolkit->ready())
-            return;
-        if (frame_)
-            frame_->Destroy();
-        wxTheApp->ProcessIdle();
-    }
-
-    void command(int id) {
-        wxCommandEvent event(wxEVT_MENU, id);
-        event.SetEventObject(frame_);
-        frame_->ProcessWindowEvent(event);
     }
     // Lets the event loop run for about `ms` milliseconds, or until `done` holds.
     template <typename Done>
@@ -307,8 +287,6 @@ class InterpreterCyclesTest : public ::testing::Test {
     const std::string module_ =
         (folder_.write("turn.drl", kRule), folder_.write("cycles.mod", kModule));
     ConsoleCapture console_;
-    ScriptedPrompts* prompts_ = nullptr;
-    InterpreterFrame* frame_ = nullptr;
     int started_ = 0;
     int ended_ = 0;
     int endedNormally_ = 0;

@@ -39,8 +39,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-test::GuiToolkit* const toolkit = &test::guiToolkit();
-
 using test::ScriptedPrompts;
 
 const std::string kExamples = VELLUM_EXAMPLES_DIR;
@@ -119,39 +117,9 @@ void expectClearedAfterEachMatch(const std::vector<std::size_t>& highlighted) {
     }
 }
 
-class InterpreterFrameTest : public ::testing::Test {
+class InterpreterFrameTest : public test::FrameTest<InterpreterFrame, ScriptedPrompts> {
   protected:
-    void SetUp() override {
-        if (!toolkit->requireReady()) {
-            if (HasFailure())
-                FAIL() << "the test cannot run without the toolkit";  // skips its body
-            GTEST_SKIP() << "no display: the GUI tests need one, e.g. under xvfb-run";
-        }
-        auto prompts = std::make_unique<ScriptedPrompts>();
-        prompts_ = prompts.get();
-        frame_ = new InterpreterFrame(nullptr, std::move(prompts));
-        frame_->SetClientSize(400, 320);
-        settle();
-    }
-    void TearDown() override {
-        if (!toolkit->ready())
-            return;  // nothing was opened; the toolkit is not running
-        if (frame_)
-            frame_->Destroy();
-        wxTheApp->ProcessIdle();
-    }
-
-    static void settle() {
-        for (int i = 0; i < 5; ++i) {
-            wxTheApp->Yield(true);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-    }
-    void command(int id) {
-        wxCommandEvent event(wxEVT_MENU, id);
-        event.SetEventObject(frame_);
-        frame_->ProcessWindowEvent(event);
-    }
+    InterpreterFrameTest() : FrameTest({400, 320}) {}
     void load(const std::string& file) {
         prompts_->files.push_back(file);
         command(InterpreterFrame::kLoadGraph);
@@ -183,8 +151,6 @@ class InterpreterFrameTest : public ::testing::Test {
     test::ScopedEnvironment graphs_{"DirectedGraphEXTGRAPH", "dg"};
     test::ScopedEnvironment rules_{"DirectedGraphEXTRULE", "drl"};
     ConsoleCapture console_;
-    ScriptedPrompts* prompts_ = nullptr;
-    InterpreterFrame* frame_ = nullptr;
 };
 
 TEST_F(InterpreterFrameTest, TitleMenusAndIdleStatus) {

@@ -24,22 +24,12 @@ using test::fieldText;
 using test::press;
 using test::setField;
 
-test::GuiToolkit* const toolkit = &test::guiToolkit();
-
 double distance(const Position& a, const Position& b) {
     return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
 }
 
-class LayoutSettingsTest : public ::testing::Test {
+class LayoutSettingsTest : public test::ToolkitTest {
   protected:
-    void SetUp() override {
-        if (!toolkit->requireReady()) {
-            if (HasFailure())
-                FAIL() << "the test cannot run without the toolkit";  // skips its body
-            GTEST_SKIP() << "no display: the GUI tests need one, e.g. under xvfb-run";
-        }
-    }
-
     // Loads the layout `name` afresh, calls its lyConfigure with `script` answering the dialog,
     // and unloads it again.
     static void configure(const std::string& name, std::function<void(wxDialog&)> script) {

@@ -30,8 +30,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-test::GuiToolkit* const toolkit = &test::guiToolkit();
-
 const std::string kExamples = VELLUM_EXAMPLES_DIR;
 
 // Scripted prompts whose yes/no questions take their answers from a queue (no when it is empty).
@@ -94,43 +92,19 @@ wxKeyEvent keyEvent(const KeyStroke& stroke) {
     return event;
 }
 
-class ModuleEditorTest : public ::testing::Test {
+class ModuleEditorTest : public test::FrameTest<ModuleEditorFrame, AnsweringPrompts> {
   protected:
     void SetUp() override {
-        if (!toolkit->requireReady()) {
-            if (HasFailure())
-                FAIL() << "the test cannot run without the toolkit";  // skips its body
-            GTEST_SKIP() << "no display: the GUI tests need one, e.g. under xvfb-run";
-        }
         clearKoralCaches();
-        auto prompts = std::make_unique<AnsweringPrompts>();
-        prompts_ = prompts.get();
-        editor_ = new ModuleEditorFrame(nullptr, std::move(prompts));
-        settle();
+        FrameTest::SetUp();
     }
     void TearDown() override {
-        if (!toolkit->ready())
-            return;
-        if (editor_ != nullptr) {
-            editor_->text().SetSavePoint();  // nobody is asked about unsaved text
-            editor_->Destroy();
-        }
+        if (frame_ != nullptr)
+            frame_->text().SetSavePoint();  // nobody is asked about unsaved text
         if (InterpreterFrame* interpreter = interpreter_)
             interpreter->Destroy();
-        wxTheApp->ProcessIdle();
+        FrameTest::TearDown();
         clearKoralCaches();
-    }
-
-    static void settle() {
-        for (int i = 0; i < 5; ++i) {
-            wxTheApp->Yield(true);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-    }
-    void command(int id) {
-        wxCommandEvent event(wxEVT_MENU, id);
-        event.SetEventObject(editor_);
-        editor_->ProcessWindowEvent(event);
     }
     // Types the keys, e.g. "ESC;f" or "c:x;u c:e" (sequences separated by blanks).
     void press(const std::string& keys) {
@@ -141,12 +115,12 @@ class ModuleEditorTest : public ::testing::Test {
             ASSERT_FALSE(strokes.empty()) << word;
             for (const KeyStroke& stroke : strokes) {
                 wxKeyEvent event = keyEvent(stroke);
-                event.SetEventObject(&editor_->text());
-                editor_->text().ProcessWindowEvent(event);
+                event.SetEventObject(&frame_->text());
+                frame_->text().ProcessWindowEvent(event);
             }
         }
     }
-    std::string text() { return editor_->text().GetText().utf8_string(); }
+    std::string text() { return frame_->text().GetText().utf8_string(); }
     std::string lastMessage() const {
         return prompts_->messages.empty() ? std::string() : prompts_->messages.back();
     }
@@ -155,21 +129,19 @@ class ModuleEditorTest : public ::testing::Test {
     test::ScopedEnvironment graphs_{"DirectedGraphEXTGRAPH", "dg"};
     test::ScopedEnvironment rules_{"DirectedGraphEXTRULE", "drl"};
     ConsoleCapture console_;
-    AnsweringPrompts* prompts_ = nullptr;
-    ModuleEditorFrame* editor_ = nullptr;
     wxWeakRef<InterpreterFrame> interpreter_;
 };
 
 TEST_F(ModuleEditorTest, TitleAndMenus) {
-    EXPECT_EQ(editor_->GetTitle(), "Koral Editor - untitled");
-    EXPECT_EQ(editor_->GetName(), "Koral Editor v2");
+    EXPECT_EQ(frame_->GetTitle(), "Koral Editor - untitled");
+    EXPECT_EQ(frame_->GetName(), "Koral Editor v2");
     const std::vector<std::pair<const char*, std::vector<const char*>>> expected = {
         {"&File",
          {"&New module...", "&Load module...", "&Save module...", "&Save as HTML...",
           "&Highlight...", "E&xit"}},
         {"&Compiler", {"&Compile module...", "&Run unit..."}},
     };
-    const wxMenuBar* bar = editor_->GetMenuBar();
+    const wxMenuBar* bar = frame_->GetMenuBar();
     ASSERT_EQ(bar->GetMenuCount(), expected.size());
     for (std::size_t m = 0; m < expected.size(); ++m) {
         EXPECT_EQ(bar->GetMenuLabel(m), expected[m].first);
@@ -239,7 +211,7 @@ TEST_F(ModuleEditorTest, EveryKeyBindingDoesItsAction) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string("keys '") + row.keys + "' at " + std::to_string(row.caret));
-        wxStyledTextCtrl& control = editor_->text();
+        wxStyledTextCtrl& control = frame_->text();
         control.SetText(start);
         control.EmptyUndoBuffer();
         control.SetSelection(row.anchor < 0 ? row.caret : row.anchor, row.caret);
@@ -251,19 +223,19 @@ TEST_F(ModuleEditorTest, EveryKeyBindingDoesItsAction) {
 }
 
 TEST_F(ModuleEditorTest, KeysOutsideTheTableKeepTheControlsBehaviour) {
-    editor_->text().SetText("alpha beta\nsecond");
-    editor_->text().GotoPos(0);
+    frame_->text().SetText("alpha beta\nsecond");
+    frame_->text().GotoPos(0);
     KeyStroke shiftEnd;
     shiftEnd.key = KeyStroke::kEnd;
     shiftEnd.shift = true;
     wxKeyEvent event = keyEvent(shiftEnd);
-    event.SetEventObject(&editor_->text());
-    editor_->text().ProcessWindowEvent(event);
-    EXPECT_EQ(editor_->text().GetSelectedText(), "alpha beta");
+    event.SetEventObject(&frame_->text());
+    frame_->text().ProcessWindowEvent(event);
+    EXPECT_EQ(frame_->text().GetSelectedText(), "alpha beta");
 }
 
 TEST_F(ModuleEditorTest, HighlightingStylesTheCategoriesAndFollowsEdits) {
-    wxStyledTextCtrl& control = editor_->text();
+    wxStyledTextCtrl& control = frame_->text();
     const std::string module = "% note\nmodule m\napply 2 times r (x)";
     control.SetText(module);
     const auto styleAt = [&](const std::string& piece) {
@@ -315,9 +287,9 @@ TEST_F(ModuleEditorTest, CompileAsksToSaveAlertsAndPlacesTheCaretAtTheError) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.errorAt ? row.errorAt : "no error");
-        editor_->text().SetSavePoint();
-        ASSERT_TRUE(editor_->loadModule(folder.write("m.mod", "")));
-        editor_->text().SetText(row.text);  // modified: compile asks first
+        frame_->text().SetSavePoint();
+        ASSERT_TRUE(frame_->loadModule(folder.write("m.mod", "")));
+        frame_->text().SetText(row.text);  // modified: compile asks first
         prompts_->messages.clear();
         prompts_->answers = {wxNO};
         command(ModuleEditorFrame::kCompile);
@@ -331,33 +303,33 @@ TEST_F(ModuleEditorTest, CompileAsksToSaveAlertsAndPlacesTheCaretAtTheError) {
         EXPECT_EQ(lastMessage(),
                   "Alert: The module contains errors!\nSee console output for more information!");
         const int caret = static_cast<int>(row.text.rfind(row.errorAt));
-        EXPECT_EQ(editor_->text().GetCurrentPos(), caret);
-        const int line = editor_->text().LineFromPosition(caret);
-        EXPECT_TRUE(editor_->text().MarkerGet(line) & (1 << ModuleEditorFrame::kErrorMarker));
-        EXPECT_FALSE(editor_->text().MarkerGet(0) & (1 << ModuleEditorFrame::kErrorMarker));
+        EXPECT_EQ(frame_->text().GetCurrentPos(), caret);
+        const int line = frame_->text().LineFromPosition(caret);
+        EXPECT_TRUE(frame_->text().MarkerGet(line) & (1 << ModuleEditorFrame::kErrorMarker));
+        EXPECT_FALSE(frame_->text().MarkerGet(0) & (1 << ModuleEditorFrame::kErrorMarker));
     }
     // Saying yes saves before compiling.
-    editor_->text().SetText(good);
+    frame_->text().SetText(good);
     prompts_->answers = {wxYES};
-    ASSERT_NE(editor_->compile(), nullptr);
-    EXPECT_FALSE(editor_->modified());
+    ASSERT_NE(frame_->compile(), nullptr);
+    EXPECT_FALSE(frame_->modified());
     std::ifstream saved(folder.path("m.mod"));
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), good);
 
     // Leaving a modified text asks; no keeps the frame.
-    editor_->text().AppendText("% more");
+    frame_->text().AppendText("% more");
     prompts_->messages.clear();
-    EXPECT_FALSE(editor_->Close());
+    EXPECT_FALSE(frame_->Close());
     EXPECT_EQ(lastMessage(),
               "Warning: This file has been modified.\n\nAre you sure you want to quit?");
 }
 
 TEST_F(ModuleEditorTest, RunUnitStartsTheChosenUnitInAnInterpreterFrame) {
-    ASSERT_TRUE(editor_->loadModule(kExamples + "/sierpinski/sierpinski.mod"));
-    EXPECT_EQ(editor_->GetTitle(), "Koral Editor - " + kExamples + "/sierpinski/sierpinski.mod");
+    ASSERT_TRUE(frame_->loadModule(kExamples + "/sierpinski/sierpinski.mod"));
+    EXPECT_EQ(frame_->GetTitle(), "Koral Editor - " + kExamples + "/sierpinski/sierpinski.mod");
     const std::string triangle = kExamples + "/sierpinski/triangle.dg";
     test::ScriptedPrompts* interpreterPrompts = nullptr;
-    editor_->setInterpreterMaker([&] {
+    frame_->setInterpreterMaker([&] {
         auto prompts = std::make_unique<test::ScriptedPrompts>();
         interpreterPrompts = prompts.get();
         interpreterPrompts->files.push_back(triangle);
@@ -368,7 +340,7 @@ TEST_F(ModuleEditorTest, RunUnitStartsTheChosenUnitInAnInterpreterFrame) {
         if (interpreterPrompts != nullptr)
             interpreterPrompts->files.push_back(triangle);
         command(ModuleEditorFrame::kRunUnit);
-        interpreter_ = editor_->interpreter();
+        interpreter_ = frame_->interpreter();
         if (interpreter_ == nullptr)
             return std::size_t{0};
         const Clock::time_point until = Clock::now() + std::chrono::seconds(20);
@@ -380,10 +352,10 @@ TEST_F(ModuleEditorTest, RunUnitStartsTheChosenUnitInAnInterpreterFrame) {
         return interpreter_->graph().vertexCount();
     };
     EXPECT_EQ(runAndWait("gen2"), 15u);
-    InterpreterFrame* first = editor_->interpreter();
+    InterpreterFrame* first = frame_->interpreter();
     // The next run goes to the same frame, on the graph chosen there again.
     EXPECT_EQ(runAndWait("gen1"), 6u);
-    EXPECT_EQ(editor_->interpreter(), first);
+    EXPECT_EQ(frame_->interpreter(), first);
     EXPECT_EQ(interpreterPrompts->filters, std::vector<std::string>(2, "Graph file (*.dg)"));
 }
 
@@ -410,7 +382,7 @@ TEST_F(ModuleEditorTest, SaveAsHtmlWritesThePageWithPicturesOfTheRules) {
         "initial : (vertices > 0)\n"
         "body :\tapply 2 times grow < lib.more.grow; apply 2 times grow\n"
         "end.";
-    ASSERT_TRUE(editor_->loadModule(folder.write("page.mod", module)));
+    ASSERT_TRUE(frame_->loadModule(folder.write("page.mod", module)));
     const std::string html = folder.path("out/page.html");
     std::filesystem::create_directories(folder.path("out"));
     prompts_->files.push_back(html);

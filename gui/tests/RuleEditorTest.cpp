@@ -29,8 +29,6 @@
 namespace vellum {
 namespace {
 
-test::GuiToolkit* const toolkit = &test::guiToolkit();
-
 const std::string examples = VELLUM_EXAMPLES_DIR;
 
 // The rule in the writer's layout: equal for equal rules, whatever the file's numbers,
@@ -45,38 +43,15 @@ std::string canonicalFile(const std::string& fileName) {
     return out.str();
 }
 
-class RuleEditorTest : public ::testing::Test {
+class RuleEditorTest : public test::FrameTest<RuleEditorFrame, test::ScriptedPrompts> {
   protected:
-    void SetUp() override {
-        if (!toolkit->requireReady()) {
-            if (HasFailure())
-                FAIL() << "the test cannot run without the toolkit";
-            GTEST_SKIP() << "no display: the GUI tests need one, e.g. under xvfb-run";
-        }
-        auto prompts = std::make_unique<test::ScriptedPrompts>();
-        prompts_ = prompts.get();
-        frame_ = new RuleEditorFrame(nullptr, std::move(prompts));
-        frame_->SetClientSize(900, 460);
-        settle();
-    }
+    RuleEditorTest() : FrameTest({900, 460}) {}
+    // The graph editors that trying the rule opened go too.
     void TearDown() override {
-        if (!toolkit->ready())
-            return;
         for (wxWindow* window : wxTopLevelWindows)
-            window->Destroy();
-        wxTheApp->ProcessIdle();
-    }
-
-    static void settle() {
-        for (int i = 0; i < 5; ++i) {
-            wxTheApp->Yield(true);
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-    }
-    void command(int id) {
-        wxCommandEvent event(wxEVT_MENU, id);
-        event.SetEventObject(frame_);
-        frame_->ProcessWindowEvent(event);
+            if (window != frame_)
+                window->Destroy();
+        FrameTest::TearDown();
     }
     void tool(ToolbarTool which) {
         frame_->GetToolBar()->ToggleTool(RuleEditorFrame::toolId(which), true);
@@ -191,9 +166,6 @@ class RuleEditorTest : public ::testing::Test {
         command(RuleEditorFrame::kProperties);
         prompts_->onDialog = {};
     }
-
-    RuleEditorFrame* frame_ = nullptr;
-    test::ScriptedPrompts* prompts_ = nullptr;
 };
 
 TEST_F(RuleEditorTest, BuildsTheTakeRuleFromScratchAndSavesTheBundledRule) {
