@@ -495,10 +495,18 @@ TPXboundingBox GraphScene::bounds() const {
     for (const TPXnode* object = m_vertexGroup ? m_vertexGroup->firstChild() : nullptr; object;
          object = object->nextSibling()) {
         const TPXmatrix world = object->worldMatrix();
-        // A label stands above its vertex: its height counts too.
-        for (const TPXnode* part = object->firstChild(); part; part = part->nextSibling())
-            if (part->name() == labelName)
-                include(TPXtransformPoint(world, TPXp3(0, vertexLabelHeight + vertexLabelSize, 0)));
+        // A label stands above its vertex, centred and facing the viewer from any side: its
+        // height and its width count too, or a fit cuts a long label of a lone vertex.
+        for (const TPXnode* part = object->firstChild(); part; part = part->nextSibling()) {
+            if (part->name() != labelName)
+                continue;
+            const auto* text = dynamic_cast<const TPXtext*>(part);
+            const double half = text != nullptr ? text->width() / 2 : 0.0;
+            for (double across : {-half, half})
+                for (double deep : {-half, half})
+                    include(TPXtransformPoint(
+                        world, TPXp3(across, vertexLabelHeight + vertexLabelSize, deep)));
+        }
         const TPXgeometry* geometry = object->geometry();
         if (!geometry || geometry->boundingBox().empty) {
             const TPXp3 centre = TPXtransformPoint(world, TPXp3());

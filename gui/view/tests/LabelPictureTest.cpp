@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "graph/DirectedGraph.h"
+#include "gui/view/ScenePicture.h"
 #include "gui/view/TPXcamera.h"
 #include "gui/view/TPXoffscreen.h"
 #include "gui/view/TPXrenderer.h"
@@ -158,6 +160,19 @@ TEST_F(LabelPicture, IsLeftOutOfPickingOfSmallLightPicturesAndWithoutAFont) {
     const std::size_t sphere =
         3 * (static_cast<std::size_t>(kHeight / 2 + 17) * kWidth + kWidth / 2);
     EXPECT_GT(picture.pixels()[sphere + 2], 100) << "the sphere was not drawn at all";
+}
+
+// A picture fitted to a graph holds its labels whole, however much wider than their vertex.
+TEST(LabelFit, ALongLabelOfALoneVertexStaysInsideTheFittedPicture) {
+    DirectedGraph graph;
+    graph.createVertex("(1) a label much wider than its vertex");
+    std::string error;
+    const auto picture = graphPicture(graph, "", {kWidth, kHeight, "front", {0, 0, 0}}, error);
+    ASSERT_TRUE(picture) << error;
+    const Ink ink = orangeInk(*picture);
+    EXPECT_GT(ink.count, 300);
+    EXPECT_GT(ink.left, 0) << "the label is cut on the left";
+    EXPECT_LT(ink.right, kWidth - 1) << "the label is cut on the right";
 }
 
 }  // namespace
