@@ -81,6 +81,7 @@ class GraphObject : public ListHook<GraphListTag>, public ListHook<LabelTag> {
     AttributeList* attributeList() const;
 
     LabelSlot label_;
+    // The kind shares the serial's word; 63 bits of creation order outlast any run.
     std::uint64_t serial_ : 63;
     std::uint64_t edge_ : 1;
 };
