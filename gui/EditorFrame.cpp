@@ -36,6 +36,13 @@ void EditorFrame::createToolBar(int firstId, EditingToolbar::Actions actions,
                                                  firstId, std::move(actions), zoomTip);
 }
 
+wxMenu* EditorFrame::newEditMenu() const {
+    auto* edit = new wxMenu;
+    edit->Append(m_traits.undoId, "&Undo...");
+    edit->Append(m_traits.redoId, "&Redo...");
+    return edit;
+}
+
 void EditorFrame::setMenus(wxMenu* file, wxMenu* edit, wxMenu* options) {
     auto* bar = new wxMenuBar;
     bar->Append(file, "&File");
@@ -71,6 +78,15 @@ bool EditorFrame::report(const EditResult& result) {
         m_prompts->message(this, wxString::FromUTF8(result.message), result.title,
                            wxOK | (result.title == "Warning" ? wxICON_WARNING : wxICON_ERROR));
     return result.done;
+}
+
+GraphObject* EditorFrame::selectedElementOf(GraphDocument& document) {
+    if (GraphObject* element = document.elementOf(document.selected()))
+        return element;
+    EditResult result;
+    document.selectedVertex(result);
+    report(result);
+    return nullptr;
 }
 
 void EditorFrame::showDocument(const std::string& fileName, bool canUndo, bool canRedo) {

@@ -15,6 +15,7 @@
 #include "gui/TPXCanvas.h"
 #include "gui/UserSettings.h"
 #include "gui/edit/EditResult.h"
+#include "gui/edit/GraphDocument.h"
 
 namespace vellum {
 
@@ -60,6 +61,8 @@ class EditorFrame : public wxFrame {
     EditingToolbar& toolBar() { return *m_toolBar; }
     // Null when nothing is kept.
     UserSettings* settings() const { return m_settings; }
+    // An Edit menu that begins with the history items "&Undo..." and "&Redo...".
+    wxMenu* newEditMenu() const;
     // The menu bar of the File, Edit and Options menus, which it takes.
     void setMenus(wxMenu* file, wxMenu* edit, wxMenu* options);
     // Appends the "Recent &files" submenu as item `id` of `file`, its files taking the ids from
@@ -72,6 +75,8 @@ class EditorFrame : public wxFrame {
 
     // Shows a refused command's reason; true when it was done.
     bool report(const EditResult& result);
+    // The element selected in `document`; null, after saying why, when there is none.
+    GraphObject* selectedElementOf(GraphDocument& document);
     // The title names `fileName`; the undo and redo items and tools follow the history.
     void showDocument(const std::string& fileName, bool canUndo, bool canRedo);
     // The context menu at window point `at` of `canvas`.

@@ -48,9 +48,7 @@ void GraphEditorFrame::buildMenus() {
     appendRecentFiles(*file, kRecentFiles, kFirstRecent);
     file->Append(kExit, "E&xit");
 
-    auto* edit = new wxMenu;
-    edit->Append(kUndo, "&Undo...");
-    edit->Append(kRedo, "&Redo...");
+    wxMenu* edit = newEditMenu();
     edit->Append(kCopy, "&Copy...");
     edit->Append(kDelete, "&Delete...");
 
@@ -298,13 +296,9 @@ void GraphEditorFrame::copySelected() {
 }
 
 void GraphEditorFrame::deleteSelected() {
-    GraphObject* element = m_document.elementOf(m_document.selected());
-    if (!element) {
-        EditResult result;
-        m_document.selectedVertex(result);
-        report(result);
+    GraphObject* element = selectedElementOf(m_document);
+    if (!element)
         return;
-    }
     cancelTools();
     m_document.remove(*element);
     m_document.select(0);
@@ -330,13 +324,9 @@ void GraphEditorFrame::changeRepresentation() {
 }
 
 void GraphEditorFrame::editAttributes() {
-    GraphObject* element = m_document.elementOf(m_document.selected());
-    if (!element) {
-        EditResult result;
-        m_document.selectedVertex(result);
-        report(result);
+    GraphObject* element = selectedElementOf(m_document);
+    if (!element)
         return;
-    }
     AttributesDialog dialog(this, m_document, *element, prompts(), [this] { documentChanged(); });
     prompts().showModal(dialog);
     documentChanged();

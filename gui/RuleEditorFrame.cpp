@@ -95,9 +95,7 @@ void RuleEditorFrame::buildMenus() {
     appendRecentFiles(*file, kRecentFiles, kFirstRecent);
     file->Append(kExit, "&Close");
 
-    auto* edit = new wxMenu;
-    edit->Append(kUndo, "&Undo...");
-    edit->Append(kRedo, "&Redo...");
+    wxMenu* edit = newEditMenu();
     edit->Append(kDelete, "&Delete...");
     edit->Append(kKeepOnRight, "&Keep on the right");
     edit->Append(kAttributes, "Vertex/Edge &attributes...");
@@ -381,18 +379,8 @@ void RuleEditorFrame::redo() {
     documentChanged();
 }
 
-GraphObject* RuleEditorFrame::selectedElement() {
-    GraphDocument& document = activeDocument();
-    if (GraphObject* element = document.elementOf(document.selected()))
-        return element;
-    EditResult result;
-    document.selectedVertex(result);
-    report(result);
-    return nullptr;
-}
-
 void RuleEditorFrame::deleteSelected() {
-    GraphObject* element = selectedElement();
+    GraphObject* element = selectedElementOf(activeDocument());
     if (!element)
         return;
     cancelTools();
@@ -406,7 +394,7 @@ void RuleEditorFrame::keepSelected() {
     if (m_active != RuleSide::Left)
         return void(report(EditResult::failure(
             "Warning", "Select a vertex or an edge of the left-hand side to keep it.")));
-    GraphObject* element = selectedElement();
+    GraphObject* element = selectedElementOf(activeDocument());
     if (!element)
         return;
     cancelTools();
@@ -419,7 +407,7 @@ void RuleEditorFrame::keepSelected() {
 }
 
 void RuleEditorFrame::editAttributes() {
-    GraphObject* element = selectedElement();
+    GraphObject* element = selectedElementOf(activeDocument());
     if (!element)
         return;
     RuleElementDialog dialog(this, m_document, m_active, *element, prompts(),

@@ -100,8 +100,6 @@ class RuleEditorFrame : public EditorFrame {
     std::unique_ptr<GraphPane> makePane(wxWindow* parent, RuleSide side);
     GraphPane& activePane() { return pane(m_active); }
     GraphDocument& activeDocument() { return m_document.side(m_active); }
-    // The selected element of the active side, or null after saying why.
-    GraphObject* selectedElement();
     // The partner of the active side's selection becomes the other side's selection, and both
     // are highlighted.
     void selectionFollows(RuleSide side);
