@@ -4,18 +4,18 @@
 #include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/frame.h>
-#include <wx/init.h>
-#include <wx/log.h>
+#include <wx/menu.h>
 
 #include <atomic>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <string>
 #include <thread>
 
+#include "gui/CanvasCommands.h"
 #include "gui/TPXCanvas.h"
 #include "gui/tests/GuiToolkit.h"
 #include "gui/view/PngWriter.h"
@@ -236,15 +236,31 @@ TEST_F(CanvasTest, GroundModesDifferInThePicture) {
     // Seen from the front, the ground below the eye fills the lower part of the picture.
     const int x = kWidth / 2 + 3, y = kHeight - 10;
     const auto ground = [](const Rgb& p) { return p.g > 40; };
+    // Each mode chosen through its item, as the frames' Options menus offer them.
+    constexpr int firstItem = 100;
+    wxMenu menu;
+    appendGroundItems(menu, firstItem);
+    struct Row {
+        TPXgroundMode mode;
+        const char* item;
+        const char* name;
+    };
+    const Row rows[] = {{TPXgroundMode::Hidden, "&Hide ground...", "hidden"},
+                        {TPXgroundMode::Wireframe, "&Wireframe ground...", "wireframe"},
+                        {TPXgroundMode::Solid, "&Solid ground...", "solid"},
+                        {TPXgroundMode::Transparent, "&Transparent ground...", "transparent"}};
+    ASSERT_EQ(menu.GetMenuItemCount(), std::size(rows));
     std::map<TPXgroundMode, TPXimage> shots;
-    for (const auto& [mode, name] : {std::pair{TPXgroundMode::Hidden, "hidden"},
-                                     {TPXgroundMode::Wireframe, "wireframe"},
-                                     {TPXgroundMode::Solid, "solid"},
-                                     {TPXgroundMode::Transparent, "transparent"}}) {
-        canvas_->setGroundMode(mode);
-        EXPECT_EQ(canvas_->helpers().groundMode(), mode);
-        shots[mode] = shot(std::string("ground-") + name);
+    for (int i = 0; i < static_cast<int>(std::size(rows)); ++i) {
+        EXPECT_EQ(menu.FindItem(firstItem + i)->GetItemLabel(), rows[i].item);
+        EXPECT_TRUE(runGroundItem(*canvas_, firstItem + i, firstItem));
+        EXPECT_EQ(canvas_->helpers().groundMode(), rows[i].mode) << rows[i].item;
+        shots[rows[i].mode] = shot(std::string("ground-") + rows[i].name);
     }
+    // Other commands leave the ground alone.
+    EXPECT_FALSE(runGroundItem(*canvas_, firstItem - 1, firstItem));
+    EXPECT_FALSE(runGroundItem(*canvas_, firstItem + 4, firstItem));
+    EXPECT_EQ(canvas_->helpers().groundMode(), TPXgroundMode::Transparent);
     const int lower = kHeight * 3 / 4;
     const int wire = countWhere(shots[TPXgroundMode::Wireframe], 0, lower, kWidth, kHeight, ground);
     const int solid = countWhere(shots[TPXgroundMode::Solid], 0, lower, kWidth, kHeight, ground);

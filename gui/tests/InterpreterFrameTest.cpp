@@ -191,6 +191,8 @@ TEST_F(InterpreterFrameTest, TitleMenusAndIdleStatus) {
             EXPECT_EQ(item->IsEnabled(), entry.enabled) << entry.label;
         }
     }
+    command(InterpreterFrame::kSolidGround);
+    EXPECT_EQ(frame_->canvas().helpers().groundMode(), TPXgroundMode::Solid);
 }
 
 TEST_F(InterpreterFrameTest, RunsAUnitToTheCommandLinesGraphAndSavesIt) {

@@ -5,8 +5,14 @@
 // interface seen on screen.
 #include <gtest/gtest.h>
 
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/listctrl.h>
+#include <wx/textctrl.h>
+
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <sstream>
 #include <thread>
 
@@ -260,6 +266,79 @@ TEST_F(RuleEditorTest, CoupledCamerasMoveTogetherUntilUncoupled) {
     const TPXp3 right = canvas(RuleSide::Right).camera().eye();
     wheel(RuleSide::Left);
     EXPECT_LT((canvas(RuleSide::Right).camera().eye() - right).length(), 1e-9);
+}
+
+TEST_F(RuleEditorTest, GroundItemsActOnTheSideThatHasTheToolbar) {
+    frame_->activate(RuleSide::Right);
+    command(RuleEditorFrame::kTransparentGround);
+    EXPECT_EQ(canvas(RuleSide::Right).helpers().groundMode(), TPXgroundMode::Transparent);
+    EXPECT_EQ(canvas(RuleSide::Left).helpers().groundMode(), TPXgroundMode::Wireframe);
+}
+
+// The attribute table as a user works it: a picked row goes into the fields (an expression without
+// its brackets, with the box ticked), Add/Change and Remove take what the fields then hold.
+TEST_F(RuleEditorTest, PickedAttributeRowsFillTheFieldsThatTheButtonsTake) {
+    const wxSize size = canvas(RuleSide::Left).GetClientSize();
+    DirectedGraphVertex* vertex = insert(RuleSide::Left, {size.x / 2, size.y / 2});
+    ASSERT_NE(vertex, nullptr);
+    label(RuleSide::Left, *vertex, "v");
+    editSelected([](RuleElementDialog& d) {
+        ASSERT_TRUE(d.putAttribute("n", AttributeType::Integer, "1 + 2", true));
+        ASSERT_TRUE(d.putAttribute("s", AttributeType::String, "plain", false));
+        // The dialog's controls in the order they were made.
+        std::vector<wxTextCtrl*> fields;  // label, variable, name, value
+        wxListCtrl* list = nullptr;
+        wxCheckBox* expression = nullptr;
+        std::map<wxString, wxButton*> buttons;
+        for (wxWindow* child : d.GetChildren()) {
+            if (auto* field = dynamic_cast<wxTextCtrl*>(child))
+                fields.push_back(field);
+            if (auto* found = dynamic_cast<wxListCtrl*>(child))
+                list = found;
+            if (auto* box = dynamic_cast<wxCheckBox*>(child);
+                box && box->GetLabel() == "Expression")
+                expression = box;
+            if (auto* button = dynamic_cast<wxButton*>(child))
+                buttons[button->GetLabel()] = button;
+        }
+        ASSERT_EQ(fields.size(), 4u);
+        ASSERT_TRUE(list && expression && buttons.count("Add/Change") && buttons.count("Remove"));
+        auto rowOf = [&d](const std::string& name) {
+            for (int row = 0; row < d.rowCount(); ++row)
+                if (d.cell(row, 0) == name)
+                    return row;
+            return -1;
+        };
+        auto pick = [list](int row) {
+            wxListEvent event(wxEVT_LIST_ITEM_SELECTED, list->GetId());
+            event.m_itemIndex = row;
+            event.SetEventObject(list);
+            list->GetEventHandler()->ProcessEvent(event);
+        };
+        auto press = [&buttons](const char* label) {
+            wxCommandEvent event(wxEVT_BUTTON, buttons[label]->GetId());
+            event.SetEventObject(buttons[label]);
+            buttons[label]->GetEventHandler()->ProcessEvent(event);
+        };
+
+        pick(rowOf("n"));
+        EXPECT_EQ(fields[2]->GetValue(), "n");
+        EXPECT_EQ(fields[3]->GetValue(), "1 + 2");
+        EXPECT_TRUE(expression->GetValue());
+        EXPECT_EQ(d.verdict(), "The expression compiles.");
+        fields[3]->SetValue("2 + 3");
+        press("Add/Change");
+        EXPECT_EQ(d.cell(rowOf("n"), 1), attributeKeyword(AttributeType::Integer));
+        EXPECT_EQ(d.cell(rowOf("n"), 2), "[2 + 3]");
+
+        pick(rowOf("s"));
+        EXPECT_EQ(fields[3]->GetValue(), "plain");
+        EXPECT_FALSE(expression->GetValue());
+        EXPECT_EQ(d.verdict(), "");
+        press("Remove");
+        EXPECT_EQ(rowOf("s"), -1);
+        EXPECT_NE(rowOf("n"), -1);
+    });
 }
 
 TEST_F(RuleEditorTest, SaveShowsTheReadersRefusalAndWritesNothing) {
