@@ -17,6 +17,7 @@
 #include "gui/RuleTrialDialog.h"
 #include "gui/WxColour.h"
 #include "gui/view/ElementLook.h"
+#include "gui/view/ScenePainter.h"
 #include "gui/view/ScenePicture.h"
 
 namespace vellum {
@@ -42,19 +43,6 @@ std::uint32_t identityOf(GraphDocument& document, const GraphObject* element) {
     const GraphEdgeObject* object =
         document.scene().objectOf(*static_cast<const DirectedGraphEdge*>(element));
     return object ? object->identity() : 0;
-}
-
-TPXboundingBox unionOf(const TPXboundingBox& a, const TPXboundingBox& b) {
-    if (a.empty)
-        return b;
-    if (b.empty)
-        return a;
-    TPXboundingBox both = a;
-    for (int axis = TPXp3::X; axis <= TPXp3::Z; ++axis) {
-        both.min[axis] = std::min(a.min[axis], b.min[axis]);
-        both.max[axis] = std::max(a.max[axis], b.max[axis]);
-    }
-    return both;
 }
 
 // A swatch of the legend: a coloured square and what the colour means.
