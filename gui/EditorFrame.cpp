@@ -73,6 +73,24 @@ void EditorFrame::remember(const std::string& fileName) {
         m_settings->addRecentFile(m_traits.recentKind, fileName);
 }
 
+std::string EditorFrame::fileToRead(const std::string& fileName, const wxString& filter,
+                                    const wxString& extension) {
+    if (!confirmDiscard())
+        return {};
+    std::string name = m_prompts->fileNameOr(fileName, this, filter, extension, false);
+    if (!name.empty())
+        cancelTools();
+    return name;
+}
+
+std::string EditorFrame::fileToWrite(const std::string& fileName, const wxString& filter,
+                                     const wxString& extension) {
+    std::string name = m_prompts->fileNameOr(fileName, this, filter, extension, true);
+    if (!name.empty())
+        cancelTools();
+    return name;
+}
+
 bool EditorFrame::report(const EditResult& result) {
     if (!result)
         m_prompts->message(this, wxString::FromUTF8(result.message), result.title,

@@ -73,6 +73,14 @@ class EditorFrame : public wxFrame {
     // A file this editor read or wrote goes to the front of the recent ones.
     void remember(const std::string& fileName);
 
+    // The file a command that replaces the document reads, and the file one writes: `fileName`,
+    // or else the one the user chooses (reading, only once a modified document may go); empty
+    // when the user stopped the command. Tools' gestures end before the file is used.
+    std::string fileToRead(const std::string& fileName, const wxString& filter,
+                           const wxString& extension);
+    std::string fileToWrite(const std::string& fileName, const wxString& filter,
+                            const wxString& extension);
+
     // Shows a refused command's reason; true when it was done.
     bool report(const EditResult& result);
     // The element selected in `document`; null, after saying why, when there is none.

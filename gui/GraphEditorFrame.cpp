@@ -160,12 +160,9 @@ void GraphEditorFrame::newGraph() {
 }
 
 bool GraphEditorFrame::loadGraph(const std::string& fileName) {
-    if (!confirmDiscard())
-        return false;
-    const std::string name = prompts().fileNameOr(fileName, this, graphFilter, "dg", false);
+    const std::string name = fileToRead(fileName, graphFilter, "dg");
     if (name.empty())
         return false;
-    cancelTools();
     // The document's reader has written why a load failed to the console.
     if (!m_document.load(name)) {
         console() << "The graph editor kept its graph: '" << name << "' could not be loaded.\n";
@@ -182,13 +179,9 @@ void GraphEditorFrame::graphRead(const std::string& name) {
 }
 
 bool GraphEditorFrame::importGraph(const std::string& fileName) {
-    if (!confirmDiscard())
-        return false;
-    const std::string name =
-        prompts().fileNameOr(fileName, this, otherToolsFilter, "graphml;*.gxl;*.dot;*.gv", false);
+    const std::string name = fileToRead(fileName, otherToolsFilter, "graphml;*.gxl;*.dot;*.gv");
     if (name.empty())
         return false;
-    cancelTools();
     bool renamable = false;
     EditResult result = m_document.importGraph(name, false, &renamable);
     if (!result && renamable) {
@@ -207,11 +200,9 @@ bool GraphEditorFrame::importGraph(const std::string& fileName) {
 }
 
 bool GraphEditorFrame::exportGraph(const std::string& fileName) {
-    const std::string name =
-        prompts().fileNameOr(fileName, this, otherToolsFilter, "graphml", true);
+    const std::string name = fileToWrite(fileName, otherToolsFilter, "graphml");
     if (name.empty())
         return false;
-    cancelTools();
     if (!report(m_document.exportGraph(name)))
         return false;
     remember(name);
@@ -235,10 +226,9 @@ bool GraphEditorFrame::showModel(const std::string& fileName) {
 }
 
 bool GraphEditorFrame::saveGraph(const std::string& fileName) {
-    const std::string name = prompts().fileNameOr(fileName, this, graphFilter, "dg", true);
+    const std::string name = fileToWrite(fileName, graphFilter, "dg");
     if (name.empty())
         return false;
-    cancelTools();
     const bool saved = report(m_document.save(name));
     if (saved)
         remember(name);

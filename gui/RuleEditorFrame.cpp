@@ -275,12 +275,9 @@ void RuleEditorFrame::newRule() {
 }
 
 bool RuleEditorFrame::loadRule(const std::string& fileName) {
-    if (!confirmDiscard())
-        return false;
-    const std::string name = prompts().fileNameOr(fileName, this, ruleFilter, "drl", false);
+    const std::string name = fileToRead(fileName, ruleFilter, "drl");
     if (name.empty())
         return false;
-    cancelTools();
     if (!report(m_document.load(name))) {
         console() << "The rule editor kept its rule: '" << name << "' could not be loaded.\n";
         return false;
@@ -293,10 +290,9 @@ bool RuleEditorFrame::loadRule(const std::string& fileName) {
 }
 
 bool RuleEditorFrame::saveRule(const std::string& fileName) {
-    const std::string name = prompts().fileNameOr(fileName, this, ruleFilter, "drl", true);
+    const std::string name = fileToWrite(fileName, ruleFilter, "drl");
     if (name.empty())
         return false;
-    cancelTools();
     const bool saved = report(m_document.save(name));
     if (saved)
         remember(name);
