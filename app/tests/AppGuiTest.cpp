@@ -7,7 +7,7 @@
 #include "base/Paths.h"
 #include "graph/StringAttribute.h"
 #include "gui/GraphEditorFrame.h"
-#include "gui/tests/GuiToolkit.h"
+#include "tests/support/GuiToolkit.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 

@@ -17,9 +17,9 @@
 
 #include "gui/CanvasCommands.h"
 #include "gui/TPXCanvas.h"
-#include "gui/tests/GuiToolkit.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/tests/OffscreenFixture.h"
+#include "tests/support/GuiToolkit.h"
 
 namespace vellum {
 namespace {

@@ -29,11 +29,11 @@
 #include "gui/GroundDialog.h"
 #include "gui/LayoutDialog.h"
 #include "gui/RepresentationDialog.h"
-#include "gui/tests/GuiToolkit.h"
 #include "gui/tests/ModalDialogScript.h"
 #include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/tests/OffscreenFixture.h"
+#include "tests/support/GuiToolkit.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 

@@ -20,10 +20,10 @@
 #include "base/Paths.h"
 #include "gui/InterpreterFrame.h"
 #include "gui/InterpreterStepDialog.h"
-#include "gui/tests/GuiToolkit.h"
 #include "gui/tests/ScriptedPrompts.h"
 #include "gui/view/SceneListing.h"
 #include "tests/support/GraphInvariants.h"
+#include "tests/support/GuiToolkit.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TempFolder.h"
 

@@ -11,10 +11,10 @@
 
 #include "base/Paths.h"
 #include "graph/DirectedGraph.h"
-#include "gui/tests/GuiToolkit.h"
 #include "gui/tests/ModalDialogScript.h"
 #include "koral/LayoutLibrary.h"
 #include "koral/VertexPosition.h"
+#include "tests/support/GuiToolkit.h"
 #include "tests/support/ScopedEnvironment.h"
 
 namespace vellum {

@@ -25,11 +25,11 @@
 #include "gui/RuleElementDialog.h"
 #include "gui/RulePropertiesDialog.h"
 #include "gui/RuleTrialDialog.h"
-#include "gui/tests/GuiToolkit.h"
 #include "gui/tests/ScriptedPrompts.h"
 #include "gui/view/ElementLook.h"
 #include "gui/view/PngWriter.h"
 #include "gui/view/ScenePicture.h"
+#include "tests/support/GuiToolkit.h"
 #include "tests/support/TempFolder.h"
 
 namespace vellum {
