@@ -614,8 +614,9 @@ TEST_F(GraphEditorTest, PetriNetBuiltWithTheMouseLaidOutSavedAndReloaded) {
             if (!attributes)
                 return wxID_CANCEL;
             EXPECT_TRUE(attributes->setLabel(label));
-            if (name)
+            if (name) {
                 EXPECT_TRUE(attributes->putAttribute("name", AttributeType::String, name));
+            }
             for (const auto& [key, value] : ints)
                 EXPECT_TRUE(attributes->putAttribute(key, AttributeType::Integer, value));
             return wxID_OK;
