@@ -19,30 +19,26 @@ void HostLabels::lookUp(const PatternStructure& pattern, const LabelIndex& index
     generation_ = index.generation();
 }
 
+void HostLabels::count(Entry& entry, std::size_t all, std::size_t labelled) {
+    if (entry.wildcard) {
+        entry.count = all;
+        return;
+    }
+    entry.count = labelled;
+    entry.text = labelled != 0 ? &entry.bucket->text : nullptr;
+    allPresent_ = allPresent_ && labelled != 0;
+}
+
 void HostLabels::resolve(const PatternStructure& pattern, const DirectedGraph& host) {
     const LabelIndex& index = host.labelIndex();
     if (index_ != index.identity() || generation_ != index.generation() ||
         vertices_.size() != pattern.vertexCount() || edges_.size() != pattern.edges().size())
         lookUp(pattern, index);
     allPresent_ = true;
-    for (Entry& entry : vertices_) {
-        if (entry.wildcard) {
-            entry.count = host.vertexCount();
-            continue;
-        }
-        entry.count = entry.bucket != nullptr ? entry.bucket->vertices.size() : 0;
-        entry.text = entry.count != 0 ? &entry.bucket->text : nullptr;
-        allPresent_ = allPresent_ && entry.count != 0;
-    }
-    for (Entry& entry : edges_) {
-        if (entry.wildcard) {
-            entry.count = host.edgeCount();
-            continue;
-        }
-        entry.count = entry.bucket != nullptr ? entry.bucket->edges.size() : 0;
-        entry.text = entry.count != 0 ? &entry.bucket->text : nullptr;
-        allPresent_ = allPresent_ && entry.count != 0;
-    }
+    for (Entry& entry : vertices_)
+        count(entry, host.vertexCount(), entry.bucket ? entry.bucket->vertices.size() : 0);
+    for (Entry& entry : edges_)
+        count(entry, host.edgeCount(), entry.bucket ? entry.bucket->edges.size() : 0);
 }
 
 }  // namespace vellum

@@ -47,6 +47,8 @@ class HostLabels {
         bool wildcard = false;
     };
     void lookUp(const PatternStructure& pattern, const LabelIndex& index);
+    // The entry's count: `all` for the wildcard, else `labelled` (and the label's text if any).
+    void count(Entry& entry, std::size_t all, std::size_t labelled);
 
     std::vector<Entry> vertices_;  // by pattern vertex
     std::vector<Entry> edges_;     // by pattern edge, in pair order
