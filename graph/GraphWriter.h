@@ -44,7 +44,7 @@ class GraphWriter {
     };
 
     bool writeVertex(const DirectedGraphVertex& vertex);
-    bool writeEdge(const DirectedGraph& graph, const DirectedGraphEdge& edge);
+    bool writeEdge(const DirectedGraphEdge& edge);
     // The label line and the lines of the visible attributes, each indented by two tabs; false
     // after refusing one of them.
     bool writeContents(const GraphObject& object, const Element& element);

@@ -28,6 +28,13 @@ std::size_t ObjectNumbering::slotOf(const GraphObject* object) const {
     return at;
 }
 
+long ObjectNumbering::find(const GraphObject* object) const {
+    if (slots_.empty())
+        return 0;
+    const Slot& slot = slots_[slotOf(object)];
+    return slot.object == object ? slot.number : 0;
+}
+
 long ObjectNumbering::number(const GraphObject* object) {
     std::size_t at = slotOf(object);
     if (slots_[at].object == object)

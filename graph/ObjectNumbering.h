@@ -18,6 +18,8 @@ class ObjectNumbering {
 
     // The object's number, given the next free one when it has none yet.
     long number(const GraphObject* object);
+    // The object's number, or 0 when it has none.
+    long find(const GraphObject* object) const;
     std::size_t size() const { return count_; }
     // Asks for the memory that number(object) starts at, so that a caller walking many
     // objects can have it fetched while it writes others.

@@ -157,6 +157,17 @@ TEST(RoundTrip, GraphRefusalsNameTheElementTheAttributeAndTheReason) {
     EXPECT_EQ(refusalOf(graph),
               "edge 1 -> 2, label 'false': a label cannot begin with the keyword 'false' in a "
               "graph file");
+
+    // An edge whose source left the vertex list while the edge still pointed at it; the
+    // detached vertex is named by the number it would have had.
+    DirectedGraph detached;
+    DirectedGraphVertex* kept = detached.createVertex();
+    DirectedGraphVertex* gone = detached.createVertex();
+    detached.createVertex();
+    detached.createEdge(gone, kept);
+    ASSERT_TRUE(detached.removeVertexOnly(gone));
+    EXPECT_EQ(refusalOf(detached),
+              "edge 3 -> 1: an edge must join two vertices of the graph in a graph file");
 }
 
 TEST(RoundTrip, RuleRefusalsNameTheSideTheElementAndTheReason) {
