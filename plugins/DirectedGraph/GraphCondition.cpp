@@ -48,11 +48,11 @@ int GraphCondition::evaluate(DirectedGraph& graph, const std::atomic<int>& abort
 int GraphCondition::evaluateReporting(DirectedGraph& graph, const std::atomic<int>& abortFlag,
                                       KoralConditionFailure& failure) {
     std::lock_guard<std::mutex> lock(mutex_);
-    Environment environment;
-    if (!bind(graph, abortFlag, environment))
+    environment_.clear();
+    if (!bind(graph, abortFlag, environment_))
         return 0;
     try {
-        const std::unique_ptr<Value> value = expression_->evaluate(environment);
+        const std::unique_ptr<Value> value = expression_->evaluate(environment_);
         if (value == nullptr)
             return fail("no value", {}, failure);
         if (!value->is(ValueType::Boolean))

@@ -56,6 +56,9 @@ class GraphCondition final : public KoralCondition {
     std::vector<Binding> plan_;
     std::vector<std::unique_ptr<DirectedGraphRule>> rules_;
     std::mutex mutex_;  // a rule's search keeps state of its own, so one evaluation at a time
+    // The names' values, bound afresh at each evaluation (under the lock); kept so that a loop
+    // testing the condition at every turn does not allocate for them each time.
+    Environment environment_;
 };
 
 }  // namespace vellum
